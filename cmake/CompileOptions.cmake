@@ -5,10 +5,11 @@ include(CheckCXXCompilerFlag)
 set(cadgeom_is_gnu_like $<CXX_COMPILER_ID:GNU,Clang,AppleClang>)
 
 # A product must never be fused with the sum that follows it: results are the same bits whoever compiled the inline code.
-function(cadgeom_set_interface_options target)
-    target_compile_features(${target} INTERFACE cxx_std_17)
+# The definition tells the headers that they need no guard of their own.
+function(cadgeom_forbid_contraction target scope)
     target_compile_options(
-        ${target} INTERFACE $<${cadgeom_is_gnu_like}:-ffp-contract=off> $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>)
+        ${target} ${scope} $<${cadgeom_is_gnu_like}:-ffp-contract=off> $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>)
+    target_compile_definitions(${target} ${scope} CADGEOM_FP_CONTRACT_OFF)
 endfunction()
 
 # Flags of the developer's switches, for every target of the tree.
@@ -36,10 +37,8 @@ endfunction()
 function(cadgeom_set_library_options target)
     cadgeom_set_developer_options(${target})
     set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
-    target_compile_options(
-        ${target}
-        PUBLIC $<${cadgeom_is_gnu_like}:-ffp-contract=off> $<$<CXX_COMPILER_ID:MSVC>:/fp:precise>
-        PRIVATE $<${cadgeom_is_gnu_like}:-fno-math-errno>)
+    cadgeom_forbid_contraction(${target} PUBLIC)
+    target_compile_options(${target} PRIVATE $<${cadgeom_is_gnu_like}:-fno-math-errno>)
     check_cxx_compiler_flag(-fno-semantic-interposition CADGEOM_HAS_NO_SEMANTIC_INTERPOSITION)
     if(CADGEOM_HAS_NO_SEMANTIC_INTERPOSITION)
         target_compile_options(${target} PRIVATE -fno-semantic-interposition)
