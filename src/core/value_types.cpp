@@ -40,6 +40,21 @@ private:
     T m_squaredCosine = T(0);
 };
 
+/// The tests by angle; each remembers a cosine of its own.
+enum class AngleTest {
+    parallel,
+    orthogonal,
+    sameDirection
+};
+
+/// What one test remembers on this thread. A variable of an exported member would be exported with it.
+template <AngleTest test, class T, int N>
+RememberedSquaredCosine<T>& Remembered()
+{
+    thread_local RememberedSquaredCosine<T> remembered;
+    return remembered;
+}
+
 template <class T>
 T Itself(T degrees)
 {
@@ -90,8 +105,7 @@ void CadVector<T, N>::rescaleToFinite()
 template <class T, int N>
 bool CadVector<T, N>::isParallel(const CadVector& other, T toleranceDegrees) const
 {
-    thread_local RememberedSquaredCosine<T> remembered;
-    const T threshold = remembered.For(toleranceDegrees, Itself<T>);
+    const T threshold = Remembered<AngleTest::parallel, T, N>().For(toleranceDegrees, Itself<T>);
     const SquaredCosineOfPair<T> pair(*this, other);
     return !pair.HasZeroVector() && pair.Value() >= threshold;
 }
@@ -99,8 +113,7 @@ bool CadVector<T, N>::isParallel(const CadVector& other, T toleranceDegrees) con
 template <class T, int N>
 bool CadVector<T, N>::isOrthogonal(const CadVector& other, T toleranceDegrees) const
 {
-    thread_local RememberedSquaredCosine<T> remembered;
-    const T threshold = remembered.For(toleranceDegrees, FromRightAngle<T>);
+    const T threshold = Remembered<AngleTest::orthogonal, T, N>().For(toleranceDegrees, FromRightAngle<T>);
     const SquaredCosineOfPair<T> pair(*this, other);
     return !pair.HasZeroVector() && pair.Value() <= threshold;
 }
@@ -108,12 +121,11 @@ bool CadVector<T, N>::isOrthogonal(const CadVector& other, T toleranceDegrees) c
 template <class T, int N>
 bool CadVector<T, N>::isVectorDirectionEqual(const CadVector& other, T toleranceDegrees) const
 {
-    thread_local RememberedSquaredCosine<T> remembered;
     const SquaredCosineOfPair<T> pair(*this, other);
     if (pair.dot < T(0)) {
         return false;
     }
-    const T threshold = remembered.For(toleranceDegrees, Itself<T>);
+    const T threshold = Remembered<AngleTest::sameDirection, T, N>().For(toleranceDegrees, Itself<T>);
     return !pair.HasZeroVector() && pair.Value() >= threshold;
 }
 

@@ -119,11 +119,6 @@ private:
     static const CadPoint s_zero;
 };
 
-extern template class CADGEOM_API CadPoint<float, 2>;
-extern template class CADGEOM_API CadPoint<float, 3>;
-extern template class CADGEOM_API CadPoint<double, 2>;
-extern template class CADGEOM_API CadPoint<double, 3>;
-
 template <class T, int N>
 inline void CadPoint<T, N>::setZero()
 {
@@ -342,5 +337,11 @@ inline T CadPoint<T, N>::projectOntoLineSegment(const CadPoint& start, const Cad
     distanceSquared = self.distanceSquared(foot);
     return t;
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadPoint<float, 2>;
+extern template class CADGEOM_API CadPoint<float, 3>;
+extern template class CADGEOM_API CadPoint<double, 2>;
+extern template class CADGEOM_API CadPoint<double, 3>;
 
 CADGEOM_FP_END

@@ -53,9 +53,6 @@ public:
     void convertUnits(CADUNITS from, CADUNITS to);
 };
 
-extern template class CADGEOM_API CadPoint2d<float>;
-extern template class CADGEOM_API CadPoint2d<double>;
-
 template <class T>
 inline typename CadPoint2d<T>::LinePointLocation
 CadPoint2d<T>::whichSideOfLine(const CadPoint2d& origin, const CadVector2d<T>& direction, T squaredTolerance) const
@@ -76,5 +73,9 @@ inline void CadPoint2d<T>::convertUnits(CADUNITS from, CADUNITS to)
 {
     cadgeom::detail::ConvertCoordinates(this->data(), 2, from, to);
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadPoint2d<float>;
+extern template class CADGEOM_API CadPoint2d<double>;
 
 CADGEOM_FP_END

@@ -50,9 +50,6 @@ public:
     void convertUnits(CADUNITS from, CADUNITS to);
 };
 
-extern template class CADGEOM_API CadPoint3d<float>;
-extern template class CADGEOM_API CadPoint3d<double>;
-
 template <class T>
 inline T CadPoint3d<T>::distanceSquaredToPlane(const CadPoint3d& origin, const CadVector3d<T>& normal) const
 {
@@ -77,5 +74,9 @@ inline void CadPoint3d<T>::convertUnits(CADUNITS from, CADUNITS to)
 {
     cadgeom::detail::ConvertCoordinates(this->data(), 3, from, to);
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadPoint3d<float>;
+extern template class CADGEOM_API CadPoint3d<double>;
 
 CADGEOM_FP_END

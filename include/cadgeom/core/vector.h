@@ -164,11 +164,6 @@ private:
     static const CadVector s_zero;
 };
 
-extern template class CADGEOM_API CadVector<float, 2>;
-extern template class CADGEOM_API CadVector<float, 3>;
-extern template class CADGEOM_API CadVector<double, 2>;
-extern template class CADGEOM_API CadVector<double, 3>;
-
 CADGEOM_FP_END
 
 #include <cadgeom/core/point.h>
@@ -424,5 +419,11 @@ inline CadVector<T, N> CadVector<T, N>::projectOntoVector(const CadVector& direc
 {
     return direction * projectOntoVectorParam(direction);
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadVector<float, 2>;
+extern template class CADGEOM_API CadVector<float, 3>;
+extern template class CADGEOM_API CadVector<double, 2>;
+extern template class CADGEOM_API CadVector<double, 3>;
 
 CADGEOM_FP_END

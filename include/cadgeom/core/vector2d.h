@@ -45,9 +45,6 @@ public:
     void convertUnits(CADUNITS from, CADUNITS to);
 };
 
-extern template class CADGEOM_API CadVector2d<float>;
-extern template class CADGEOM_API CadVector2d<double>;
-
 template <class T>
 inline T CadVector2d<T>::crossZ(const CadVector2d& other) const
 {
@@ -60,5 +57,9 @@ inline void CadVector2d<T>::convertUnits(CADUNITS from, CADUNITS to)
 {
     cadgeom::detail::ConvertCoordinates(this->data(), 2, from, to);
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadVector2d<float>;
+extern template class CADGEOM_API CadVector2d<double>;
 
 CADGEOM_FP_END

@@ -67,9 +67,6 @@ private:
     static const CadVector3d s_zAxis;
 };
 
-extern template class CADGEOM_API CadVector3d<float>;
-extern template class CADGEOM_API CadVector3d<double>;
-
 template <class T>
 inline CadVector3d<T> CadVector3d<T>::projectOntoPlane(const CadVector3d& normal) const
 {
@@ -88,5 +85,9 @@ inline void CadVector3d<T>::convertUnits(CADUNITS from, CADUNITS to)
 {
     cadgeom::detail::ConvertCoordinates(this->data(), 3, from, to);
 }
+
+// After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
+extern template class CADGEOM_API CadVector3d<float>;
+extern template class CADGEOM_API CadVector3d<double>;
 
 CADGEOM_FP_END
