@@ -6,7 +6,7 @@ actual=$(mktemp)
 trap 'rm -f "$actual"' EXIT
 sh "$(dirname "$0")/list_exports.sh" "$1" > "$actual"
 
-if grep -E '(^|[ ])(std|__gnu_cxx|cadgeom::detail)::[^(]*\(|\(anonymous namespace\)' "$actual"; then
+if grep -E '^([^(]* )?(std|__gnu_cxx)::[^(]*\(|cadgeom::detail|\(anonymous namespace\)' "$actual"; then
     echo "These symbols are internal and must not be exported."
     exit 1
 fi

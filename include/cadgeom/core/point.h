@@ -109,7 +109,7 @@ public:
     void serialize(CArchive& archive);
 
 protected:
-    constexpr explicit CadPoint(cadgeom::detail::ConstantTag) : m_components{} {}
+    CADGEOM_HIDDEN constexpr explicit CadPoint(cadgeom::detail::ConstantTag) : m_components{} {}
 
 private:
     using Tolerance = cadgeom::detail::Tolerance<T>;

@@ -151,8 +151,11 @@ public:
     void serialize(CArchive& archive);
 
 protected:
-    constexpr explicit CadVector(cadgeom::detail::ConstantTag) : m_components{} {}
-    constexpr CadVector(cadgeom::detail::ConstantTag, int unitAxis) : m_components{} { m_components[unitAxis] = T(1); }
+    CADGEOM_HIDDEN constexpr explicit CadVector(cadgeom::detail::ConstantTag) : m_components{} {}
+    CADGEOM_HIDDEN constexpr CadVector(cadgeom::detail::ConstantTag, int unitAxis) : m_components{}
+    {
+        m_components[unitAxis] = T(1);
+    }
 
 private:
     using Tolerance = cadgeom::detail::Tolerance<T>;

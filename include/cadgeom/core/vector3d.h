@@ -60,7 +60,7 @@ public:
     void convertUnits(CADUNITS from, CADUNITS to);
 
 private:
-    explicit constexpr CadVector3d(int unitAxis) : Base(cadgeom::detail::ConstantTag{}, unitAxis) {}
+    CADGEOM_HIDDEN explicit constexpr CadVector3d(int unitAxis) : Base(cadgeom::detail::ConstantTag{}, unitAxis) {}
 
     static const CadVector3d s_xAxis;
     static const CadVector3d s_yAxis;
