@@ -136,11 +136,11 @@ template <class T, int N>
 const CadPoint<T, N> CadPoint<T, N>::s_zero{cadgeom::detail::ConstantTag{}};
 
 template <class T>
-const CadVector3d<T> CadVector3d<T>::s_xAxis(0);
+const CadVector3d<T> CadVector3d<T>::s_xAxis(T(1), T(0), T(0));
 template <class T>
-const CadVector3d<T> CadVector3d<T>::s_yAxis(1);
+const CadVector3d<T> CadVector3d<T>::s_yAxis(T(0), T(1), T(0));
 template <class T>
-const CadVector3d<T> CadVector3d<T>::s_zAxis(2);
+const CadVector3d<T> CadVector3d<T>::s_zAxis(T(0), T(0), T(1));
 
 #define CADGEOM_INSTANTIATE(T, N)                                                                                      \
     template class CadVector<T, N>;                                                                                    \

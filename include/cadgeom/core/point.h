@@ -109,7 +109,11 @@ public:
     void serialize(CArchive& archive);
 
 protected:
-    CADGEOM_HIDDEN constexpr explicit CadPoint(cadgeom::detail::ConstantTag) : m_components{} {}
+    /// The given coordinates; those not given are 0.
+    template <class... Coordinates>
+    CADGEOM_HIDDEN constexpr explicit CadPoint(cadgeom::detail::ConstantTag, Coordinates... coordinates)
+        : m_components{coordinates...}
+    {}
 
 private:
     using Tolerance = cadgeom::detail::Tolerance<T>;

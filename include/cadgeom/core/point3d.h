@@ -17,7 +17,7 @@ public:
 
     /// Leaves the coordinates uninitialised.
     CadPoint3d() = default;
-    CadPoint3d(T x, T y, T z) { set(x, y, z); }
+    constexpr CadPoint3d(T x, T y, T z) : Base(cadgeom::detail::ConstantTag{}, x, y, z) {}
     CadPoint3d(const Base& other) : Base(other) {}
 
     void assign(T x, T y, T z) { set(x, y, z); }

@@ -151,11 +151,11 @@ public:
     void serialize(CArchive& archive);
 
 protected:
-    CADGEOM_HIDDEN constexpr explicit CadVector(cadgeom::detail::ConstantTag) : m_components{} {}
-    CADGEOM_HIDDEN constexpr CadVector(cadgeom::detail::ConstantTag, int unitAxis) : m_components{}
-    {
-        m_components[unitAxis] = T(1);
-    }
+    /// The given components; those not given are 0.
+    template <class... Components>
+    CADGEOM_HIDDEN constexpr explicit CadVector(cadgeom::detail::ConstantTag, Components... components)
+        : m_components{components...}
+    {}
 
 private:
     using Tolerance = cadgeom::detail::Tolerance<T>;

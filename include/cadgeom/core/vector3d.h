@@ -17,7 +17,7 @@ public:
 
     /// Leaves the components uninitialised.
     CadVector3d() = default;
-    CadVector3d(T x, T y, T z) { set(x, y, z); }
+    constexpr CadVector3d(T x, T y, T z) : Base(cadgeom::detail::ConstantTag{}, x, y, z) {}
     CadVector3d(const Base& other) : Base(other) {}
 
     void assign(T x, T y, T z) { set(x, y, z); }
@@ -60,8 +60,6 @@ public:
     void convertUnits(CADUNITS from, CADUNITS to);
 
 private:
-    CADGEOM_HIDDEN explicit constexpr CadVector3d(int unitAxis) : Base(cadgeom::detail::ConstantTag{}, unitAxis) {}
-
     static const CadVector3d s_xAxis;
     static const CadVector3d s_yAxis;
     static const CadVector3d s_zAxis;
