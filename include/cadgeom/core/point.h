@@ -26,10 +26,10 @@ public:
     /// Leaves the coordinates uninitialised.
     CadPoint() = default;
     CadPoint(const CadPoint&) = default;
-    CadPoint(CadPoint&&) = default;
+    CadPoint(CadPoint&&) noexcept = default;
     ~CadPoint() = default;
     CadPoint& operator=(const CadPoint&) = default;
-    CadPoint& operator=(CadPoint&&) = default;
+    CadPoint& operator=(CadPoint&&) noexcept = default;
 
     void assign(const CadPoint& other) { *this = other; }
 

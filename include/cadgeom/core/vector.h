@@ -42,10 +42,10 @@ public:
     /// Leaves the components uninitialised.
     CadVector() = default;
     CadVector(const CadVector&) = default;
-    CadVector(CadVector&&) = default;
+    CadVector(CadVector&&) noexcept = default;
     ~CadVector() = default;
     CadVector& operator=(const CadVector&) = default;
-    CadVector& operator=(CadVector&&) = default;
+    CadVector& operator=(CadVector&&) noexcept = default;
 
     void assign(const CadVector& other) { *this = other; }
 
