@@ -34,3 +34,4 @@ depends() {
 }
 depends "$scratch"/libcadgeom1_*.deb | grep -q 'libc6.*libstdc++6'
 depends "$scratch"/libcadgeom-dev_*.deb | grep -q 'libcadgeom1 (= '
+dpkg-deb --info "$scratch"/libcadgeom1_*.deb shlibs | grep -q '^libcadgeom 1 libcadgeom1'
