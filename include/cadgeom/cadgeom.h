@@ -2,6 +2,12 @@
 /// @file
 /// Includes every public header of cadgeom. A host that wants less includes the headers of its topics.
 
+#include <cadgeom/bounds/bounding_box_2d.h>
+#include <cadgeom/bounds/bounding_box_3d.h>
+#include <cadgeom/bounds/box_enums.h>
+#include <cadgeom/bounds/box_lanes.h>
+#include <cadgeom/bounds/oriented_box_3d.h>
+#include <cadgeom/bounds/triangle_box_overlap.h>
 #include <cadgeom/core/angles.h>
 #include <cadgeom/core/archive_records.h>
 #include <cadgeom/core/axis.h>
@@ -17,7 +23,15 @@
 #include <cadgeom/core/vector.h>
 #include <cadgeom/core/vector2d.h>
 #include <cadgeom/core/vector3d.h>
+#include <cadgeom/intersect/line_projection.h>
+#include <cadgeom/intersect/planar_queries.h>
+#include <cadgeom/linalg/dynamic_matrix.h>
+#include <cadgeom/linalg/dynamic_vector.h>
 #include <cadgeom/platform/archive.h>
 #include <cadgeom/platform/array.h>
 #include <cadgeom/platform/exceptions.h>
 #include <cadgeom/platform/file.h>
+#include <cadgeom/transform/points_transform.h>
+#include <cadgeom/transform/transform.h>
+#include <cadgeom/util/parse_number.h>
+#include <cadgeom/util/progress_percent.h>
