@@ -1,20 +1,52 @@
 #include <cadgeom/core/point.h>
 #include <cadgeom/core/point_sequence.h>
 
+#include "core/target_clones.h"
+
+#include <cmath>
+
 namespace {
 
-/// Length of the polyline through positions that lie N scalars apart.
+/// Segments whose lengths are formed side by side before they are added in order.
+constexpr std::uint64_t kBatch = 16;
+
+/// Squared lengths of consecutive segments between positions that lie N scalars apart.
+template <int N, class T>
+void SquaredLengths(const T* positions, std::uint64_t count, T* squares)
+{
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const T* const start = positions + N * i;
+        T difference[N];
+        for (int axis = 0; axis < N; ++axis) {
+            difference[axis] = start[N + axis] - start[axis];
+        }
+        squares[i] = cadgeom::detail::SumOfSquares<N>(difference);
+    }
+}
+
+/// Length of the polyline through positions that lie N scalars apart. Roots are packed, the sum is not.
 template <int N, class T>
 T LengthOfPositions(const T* positions, std::uint64_t count)
 {
+    constexpr std::uint64_t kAhead = 4096 / (N * sizeof(T));
     T length = T(0);
-    for (std::uint64_t i = 1; i < count; ++i) {
-        T difference[N];
-        for (int axis = 0; axis < N; ++axis) {
-            difference[axis] = positions[N + axis] - positions[axis];
+    T lengths[kBatch];
+    std::uint64_t segments = count - 1;
+    for (; segments >= kBatch; segments -= kBatch, positions += N * kBatch) {
+        if (segments > kAhead) {
+            CADGEOM_PREFETCH_FOR_READING(positions + N * kAhead);
         }
-        length += cadgeom::detail::Sqrt(cadgeom::detail::SumOfSquares<N>(difference));
-        positions += N;
+        SquaredLengths<N>(positions, kBatch, lengths);
+        for (T& value : lengths) {
+            value = std::sqrt(value);
+        }
+        for (const T value : lengths) {
+            length += value;
+        }
+    }
+    SquaredLengths<N>(positions, segments, lengths);
+    for (std::uint64_t i = 0; i < segments; ++i) {
+        length += std::sqrt(lengths[i]);
     }
     return length;
 }

@@ -14,13 +14,15 @@
 
 /// `CADGEOM_ALWAYS_INLINE` stands on function templates that must become part of each clone, and
 /// `CADGEOM_ALWAYS_INLINE_LAMBDA` behind the parameters of such a lambda.
-/// `CADGEOM_PREFETCH_FOR_WRITING` asks for the cache line of an address within an array.
+/// `CADGEOM_PREFETCH_FOR_WRITING` and `..._READING` ask for the cache line of an address, which need not exist.
 #if defined(__GNUC__)
 #define CADGEOM_ALWAYS_INLINE __attribute__((always_inline)) inline
 #define CADGEOM_ALWAYS_INLINE_LAMBDA __attribute__((always_inline))
 #define CADGEOM_PREFETCH_FOR_WRITING(address) __builtin_prefetch(address, 1)
+#define CADGEOM_PREFETCH_FOR_READING(address) __builtin_prefetch(address)
 #else
 #define CADGEOM_ALWAYS_INLINE inline
 #define CADGEOM_ALWAYS_INLINE_LAMBDA
 #define CADGEOM_PREFETCH_FOR_WRITING(address) static_cast<void>(address)
+#define CADGEOM_PREFETCH_FOR_READING(address) static_cast<void>(address)
 #endif

@@ -2,7 +2,7 @@
 #include <cadgeom/core/units.h>
 #include <cadgeom/core/vector3d.h>
 
-#include <cstddef>
+#include "core/coordinate_arrays.h"
 
 namespace {
 
@@ -23,20 +23,11 @@ double FactorOf(const double (&table)[kUnitCount], CADUNITS units)
     return index < kUnitCount ? table[index] : 1.0;
 }
 
-/// Points are contiguous coordinates, so an array of them is one of three times as many scalars.
-template <class T>
-void ScaleCoordinates(T* coordinates, std::uint64_t count, double factor)
-{
-    for (std::uint64_t i = 0; i < 3 * count; ++i) {
-        coordinates[i] = static_cast<T>(static_cast<double>(coordinates[i]) * factor);
-    }
-}
-
 template <class T>
 void ConvertTriples(T* coordinates, std::uint64_t count, CADUNITS from, CADUNITS to)
 {
     if (cadgeom::detail::IsConversion(from, to)) {
-        ScaleCoordinates(coordinates, count, GetConversionFactor(from, to));
+        cadgeom::detail::ScaleCoordinates(coordinates, count, GetConversionFactor(from, to));
     }
 }
 
@@ -76,17 +67,8 @@ void DeltaVectorsConvertUnits(CadVector3d<T>* vectors, std::uint64_t count, CADU
 template <class T>
 void PointsTranslate(CadPoint3d<T>* points, std::uint64_t count, const CadVector3d<double>& displacement)
 {
-    if (points == nullptr || displacement.isZero()) {
-        return;
-    }
-    const double dx = displacement.x();
-    const double dy = displacement.y();
-    const double dz = displacement.z();
-    for (std::uint64_t i = 0; i < count; ++i) {
-        CadPoint3d<T>& point = points[i];
-        point.set(static_cast<T>(static_cast<double>(point.x()) + dx),
-                  static_cast<T>(static_cast<double>(point.y()) + dy),
-                  static_cast<T>(static_cast<double>(point.z()) + dz));
+    if (points != nullptr && !displacement.isZero()) {
+        cadgeom::detail::TranslateCoordinates(points->data(), count, displacement.data());
     }
 }
 
@@ -94,7 +76,7 @@ template <class T>
 void PointsScale(CadPoint3d<T>* points, std::uint64_t count, double factor)
 {
     if (points != nullptr && count != 0 && factor != 1.0) {
-        ScaleCoordinates(points->data(), count, factor);
+        cadgeom::detail::ScaleCoordinates(points->data(), count, factor);
     }
 }
 

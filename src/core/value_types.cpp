@@ -8,6 +8,12 @@
 #include <cmath>
 #include <limits>
 
+#if defined(__GNUC__)
+#define CADGEOM_INITIAL_EXEC __attribute__((tls_model("initial-exec")))
+#else
+#define CADGEOM_INITIAL_EXEC
+#endif
+
 namespace {
 
 using cadgeom::detail::kRadiansPerDegree;
@@ -47,11 +53,11 @@ enum class AngleTest {
     sameDirection
 };
 
-/// What one test remembers on this thread. A variable of an exported member would be exported with it.
+/// What one test remembers on this thread, at an address that takes no call to find. A variable of an exported member would be exported with it.
 template <AngleTest test, class T, int N>
 RememberedSquaredCosine<T>& Remembered()
 {
-    thread_local RememberedSquaredCosine<T> remembered;
+    CADGEOM_INITIAL_EXEC thread_local RememberedSquaredCosine<T> remembered;
     return remembered;
 }
 
