@@ -1,5 +1,6 @@
 #include <cadgeom/intersect/planar_queries.h>
 
+#include "meshes.h"
 #include "samples.h"
 
 #include <cmath>
@@ -387,5 +388,27 @@ TEST(ClosedPolylineContainsPoint2d, AgreesWithAWindingCountInIntegers)
         ASSERT_EQ(Locate<double>(outline, {static_cast<double>(x), static_cast<double>(y)}),
                   isOn ? "on" : (isInside ? "in" : "out"))
             << i;
+    }
+}
+
+TEST(ClosedPolylineContainsPoint2d, FindsThePublishedLocations)
+{
+    std::ifstream file = meshes::OpenData("outlines/point_location.txt");
+    int cases = 0;
+    file >> cases;
+    ASSERT_EQ(cases, 28);
+    for (int i = 0; i < cases; ++i) {
+        std::string published;
+        CadPoint2d<double> point;
+        std::size_t vertices = 0;
+        file >> published >> point.x() >> point.y() >> vertices;
+        Outline<double> outline(vertices);
+        for (CadPoint2d<double>& vertex : outline) {
+            file >> vertex.x() >> vertex.y();
+        }
+        ASSERT_TRUE(file.good());
+        // The last two are nearer to the outline than the tolerance.
+        const bool isOn = published == "boundary" || i >= 26;
+        EXPECT_EQ(Locate(outline, point), isOn ? "on" : (published == "interior" ? "in" : "out")) << i;
     }
 }

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <type_traits>
 
 /// The types of a typed test, by the names that every test uses.
 #define CADGEOM_TEST_TYPES(Scalar)                                                                                     \
@@ -66,7 +67,7 @@ private:
 };
 
 /// Same bits; one NaN is as good as another.
-template <class T>
+template <class T, class = std::enable_if_t<std::is_floating_point_v<T>>>
 bool SameBits(T a, T b)
 {
     return (a != a && b != b) || std::memcmp(&a, &b, sizeof a) == 0;

@@ -1,0 +1,133 @@
+#include <cadgeom/intersect/pierce.h>
+
+#include "intersect/widen.h"
+
+#include <type_traits>
+
+// Moeller and Trumbore: Cramer's rule for origin + t*direction = corner + u*edge1 + v*edge2, with the triple products
+// sharing two cross products. The determinant test is absolute, so shapes with edges below about 1e-3 are never hit.
+// Whether a line hits is a matter of chance to the processor: the triangle is decided with one unpredictable branch
+// less than its three rejections by computing all quotients first.
+
+namespace {
+
+using cadgeom::detail::Widened;
+
+/// Largest |determinant| of a line that runs along the plane.
+constexpr double kLargestParallelDeterminant = 1e-6;
+
+/// Width of the rim around the triangle that still counts, in barycentric units.
+constexpr double kMargin = 0.0001;
+constexpr double kOneAndMargin = 1.0001;
+
+/// Determinants of the system: t = tDeterminant / determinant, likewise u and v.
+struct EdgeSystem {
+    EdgeSystem(const CadPoint3d<double>& origin, const CadVector3d<double>& direction, const CadPoint3d<double>& corner,
+               const CadVector3d<double>& edge1, const CadVector3d<double>& edge2)
+    {
+        const CadVector3d<double> p = direction.cross(edge2);
+        const CadVector3d<double> offset = origin - corner;
+        const CadVector3d<double> q = offset.cross(edge1);
+        determinant = edge1.dot(p);
+        uDeterminant = offset.dot(p);
+        vDeterminant = direction.dot(q);
+        tDeterminant = edge2.dot(q);
+    }
+
+    bool IsParallel() const
+    {
+        return -kLargestParallelDeterminant <= determinant && determinant <= kLargestParallelDeterminant;
+    }
+
+    double determinant;
+    double uDeterminant;
+    double vDeterminant;
+    double tDeterminant;
+};
+
+/// Writes where a condition holds, without a branch.
+void WriteIf(bool condition, double value, double& target)
+{
+    double discarded;
+    double* const targets[] = {&discarded, &target};
+    *targets[condition] = value;
+}
+
+bool PierceTriangleInDouble(const CadPoint3d<double>& origin, const CadVector3d<double>& direction,
+                            const CadPoint3d<double>& corner0, const CadPoint3d<double>& corner1,
+                            const CadPoint3d<double>& corner2, double& t, double& u, double& v)
+{
+    const EdgeSystem system(origin, direction, corner0, corner1 - corner0, corner2 - corner0);
+    if (system.IsParallel()) {
+        return false;
+    }
+    const double hitU = system.uDeterminant / system.determinant;
+    const double hitV = system.vDeterminant / system.determinant;
+    const double hitT = system.tDeterminant / system.determinant;
+    const bool isUInside = !(hitU < -kMargin) & !(hitU > kOneAndMargin);
+    const bool isInside = isUInside & !(hitV < -kMargin) & !(hitU + hitV > kOneAndMargin);
+    u = hitU;
+    WriteIf(isUInside, hitV, v);
+    WriteIf(isInside, hitT, t);
+    return isInside;
+}
+
+template <class T>
+bool PierceSpannedPlane(const CadPoint3d<T>& origin, const CadVector3d<T>& direction, const CadPoint3d<T>& corner,
+                        const CadVector3d<T>& edge1, const CadVector3d<T>& edge2, T& t, T& u, T& v)
+{
+    const EdgeSystem system(Widened(origin), Widened(direction), Widened(corner), Widened(edge1), Widened(edge2));
+    if (system.IsParallel()) {
+        return false;
+    }
+    t = static_cast<T>(system.tDeterminant / system.determinant);
+    u = static_cast<T>(system.uDeterminant / system.determinant);
+    v = static_cast<T>(system.vDeterminant / system.determinant);
+    return true;
+}
+
+} // namespace
+
+template <class T>
+bool PierceTriangle(const CadPoint3d<T>& origin, const CadVector3d<T>& direction, const CadPoint3d<T>& corner0,
+                    const CadPoint3d<T>& corner1, const CadPoint3d<T>& corner2, T& t, T& u, T& v)
+{
+    if constexpr (std::is_same_v<T, double>) {
+        return PierceTriangleInDouble(origin, direction, corner0, corner1, corner2, t, u, v);
+    } else {
+        double wideT;
+        double wideU;
+        double wideV;
+        if (!PierceTriangleInDouble(Widened(origin), Widened(direction), Widened(corner0), Widened(corner1),
+                                    Widened(corner2), wideT, wideU, wideV)) {
+            return false;
+        }
+        t = static_cast<T>(wideT);
+        u = static_cast<T>(wideU);
+        v = static_cast<T>(wideV);
+        return true;
+    }
+}
+
+template <class T>
+bool PierceParallelogram(const CadPoint3d<T>& origin, const CadVector3d<T>& direction, const CadPoint3d<T>& corner,
+                         const CadVector3d<T>& edge1, const CadVector3d<T>& edge2, T& t, T& u, T& v)
+{
+    return PierceSpannedPlane(origin, direction, corner, edge1, edge2, t, u, v);
+}
+
+bool PierceParallelogram(const CadPoint3d<float>& origin, const CadVector3d<float>& direction,
+                         const CadPoint3d<float>& corner, const CadVector3d<float>& edge1,
+                         const CadVector3d<float>& edge2, float& t, float& u, float& v)
+{
+    return PierceSpannedPlane(origin, direction, corner, edge1, edge2, t, u, v);
+}
+
+template CADGEOM_API bool PierceTriangle(const CadPoint3d<float>&, const CadVector3d<float>&, const CadPoint3d<float>&,
+                                         const CadPoint3d<float>&, const CadPoint3d<float>&, float&, float&, float&);
+template CADGEOM_API bool PierceTriangle(const CadPoint3d<double>&, const CadVector3d<double>&,
+                                         const CadPoint3d<double>&, const CadPoint3d<double>&,
+                                         const CadPoint3d<double>&, double&, double&, double&);
+template CADGEOM_API bool PierceParallelogram(const CadPoint3d<double>&, const CadVector3d<double>&,
+                                              const CadPoint3d<double>&, const CadVector3d<double>&,
+                                              const CadVector3d<double>&, double&, double&, double&);
