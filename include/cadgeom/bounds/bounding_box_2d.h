@@ -73,7 +73,8 @@ public:
     bool IntersectWithBoundingBox(const CBoundingBox2d& box);
 
     /// Whether a closed segment and the closed box have a point in common. A component of end - start whose magnitude is
-    /// at most the machine epsilon of T counts as 0.
+    /// at most the machine epsilon of T counts as 0. Empty and crossed boxes are not told apart from others: they miss only
+    /// segments along an axis for certain.
     bool LineSegmentIntersects(const CadPoint2d<T>& start, const CadPoint2d<T>& end) const;
     /// Intersects the infinite line origin + t * direction with the closed box. Parameters are in lengths of
     /// `direction` and not clipped to t >= 0; a component of it whose magnitude is at most the machine epsilon of T

@@ -126,13 +126,8 @@ public:
     void ConvertUnits(CADUNITS from, CADUNITS to);
 
 private:
-    CADGEOM_HIDDEN void AlignWith(const CBoundingBox3d<T>& box);
     CADGEOM_HIDDEN CadPoint3d<T> OppositeCorner() const;
     CADGEOM_HIDDEN CadPoint3d<T> Middle() const;
-    template <class Mapping>
-    CADGEOM_HIDDEN void Map(const Mapping& mapping);
-
-    friend class CBoundingBox3d<T>;
 
     CadPoint3d<T> m_origin;
     CadVector3d<T> m_sizes;

@@ -1,0 +1,274 @@
+#include <cadgeom/bounds/bounding_box_3d.h>
+#include <cadgeom/bounds/oriented_box_3d.h>
+#include <cadgeom/core/components.h>
+#include <cadgeom/transform/transform.h>
+
+// Oriented boxes against points and each other, at rest and along a straight sweep: separating planes, after quick tests
+// for corners inside. At rest only face planes are tried, and in a sweep the planes along silhouette edges as well, so
+// that "intersects" may be said of boxes that only another plane would separate, but never the reverse.
+
+namespace {
+
+constexpr int kCornerCount = 8;
+constexpr int kPlaneCount = 6;
+constexpr int kLineCount = 12;
+
+/// A plane with a tolerance; its normal may have any length.
+template <class T>
+class SeparatingPlane {
+public:
+    SeparatingPlane(const CadPoint3d<T>& point, const CadVector3d<T>& normal, T tolerance)
+        : m_point(point), m_normal(normal), m_squaredNormal(normal.lengthSquared()), m_tolerance(tolerance)
+    {}
+
+    bool IsBeyond(const CadPoint3d<T>& point) const
+    {
+        const T t = point.projectOntoLineParam(m_point, m_normal);
+        return t >= T(0) && (m_tolerance == T(0) || t * t * m_squaredNormal >= m_tolerance * m_tolerance);
+    }
+
+    bool AreBeyond(const CadPoint3d<T> (&points)[kCornerCount]) const
+    {
+        for (const CadPoint3d<T>& point : points) {
+            if (!IsBeyond(point)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    CadPoint3d<T> m_point;
+    CadVector3d<T> m_normal;
+    T m_squaredNormal;
+    T m_tolerance;
+};
+
+/// A box with what its tests need, formed once.
+template <class T>
+struct BoxParts {
+    explicit BoxParts(const COrientedBox3d<T>& of) : box(of)
+    {
+        box.GetCornerPoints(corners);
+        box.GetPlanes(planePoints, planeNormals);
+    }
+
+    /// Whether the box holds a point, boundary included; unlike ContainsPoint() it does not hold a NaN.
+    bool Holds(const CadPoint3d<T>& point) const
+    {
+        for (int j = 0; j < 3; ++j) {
+            const T t = point.projectOntoLineParam(box.GetOrigin(), box.GetAxis(j));
+            if (!(t >= T(0) && t <= box.GetSizes()[j])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    SeparatingPlane<T> Plane(int i, T tolerance) const
+    {
+        return SeparatingPlane<T>(planePoints[i], planeNormals[i], tolerance);
+    }
+
+    const COrientedBox3d<T>& box;
+    CadPoint3d<T> corners[kCornerCount];
+    CadPoint3d<T> planePoints[kPlaneCount];
+    CadVector3d<T> planeNormals[kPlaneCount];
+};
+
+template <class T>
+bool FacePlanesSeparate(const BoxParts<T>& from, const BoxParts<T>& other, T tolerance)
+{
+    for (int i = 0; i < kPlaneCount; ++i) {
+        if (from.Plane(i, tolerance).AreBeyond(other.corners)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+template <class T>
+bool HasCornerIn(const BoxParts<T>& box, const BoxParts<T>& other)
+{
+    for (const CadPoint3d<T>& corner : other.corners) {
+        if (box.box.ContainsPoint(corner, T(0))) {
+            return true;
+        }
+    }
+    for (const CadPoint3d<T>& corner : box.corners) {
+        if (other.Holds(corner)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// A box that moves from t = 0 to t = 1.
+template <class T>
+class SweptBox {
+public:
+    SweptBox(const BoxParts<T>& start, const CadVector3d<T>& motion, T tolerance)
+        : m_start(start), m_motion(motion), m_tolerance(tolerance)
+    {
+        for (int i = 0; i < kCornerCount; ++i) {
+            m_endCorners[i] = m_start.corners[i] + m_motion;
+        }
+    }
+
+    /// Whether a corner of one box lies in the other, before or after the motion.
+    bool HasCornerIn(const BoxParts<T>& other) const
+    {
+        for (const CadPoint3d<T>& corner : other.corners) {
+            if (m_start.box.ContainsPoint(corner, T(0)) || m_start.Holds(corner - m_motion)) {
+                return true;
+            }
+        }
+        for (int i = 0; i < kCornerCount; ++i) {
+            if (other.Holds(m_start.corners[i]) || other.Holds(m_endCorners[i])) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Whether a face plane of this box, where it lies outermost during the motion, separates the other one.
+    bool OwnFacePlanesSeparate(const BoxParts<T>& other) const
+    {
+        for (int i = 0; i < kPlaneCount; ++i) {
+            const CadPoint3d<T>& point = m_start.planePoints[i];
+            const CadVector3d<T>& normal = m_start.planeNormals[i];
+            const CadPoint3d<T> outermost = m_motion.dot(normal) < T(0) ? point : CadPoint3d<T>(point + m_motion);
+            if (SeparatingPlane<T>(outermost, normal, m_tolerance).AreBeyond(other.corners)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Whether a face plane of the other box separates both ends of the motion.
+    bool FacePlanesSeparate(const BoxParts<T>& other) const
+    {
+        for (int i = 0; i < kPlaneCount; ++i) {
+            const SeparatingPlane<T> plane = other.Plane(i, m_tolerance);
+            if (plane.AreBeyond(m_start.corners) && plane.AreBeyond(m_endCorners)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool MovesAlongAxis() const
+    {
+        constexpr T kToleranceDegrees = T(0.001);
+        for (int j = 0; j < 3; ++j) {
+            if (m_motion.isParallel(m_start.box.GetAxis(j), kToleranceDegrees)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Whether a plane along the motion through a silhouette edge separates the other box.
+    bool EdgePlanesSeparate(const BoxParts<T>& other) const
+    {
+        CadPoint3d<T> points[kLineCount];
+        CadVector3d<T> directions[kLineCount];
+        CadVector3d<T> normals[kLineCount][2];
+        m_start.box.GetBoxLines(points, directions, normals);
+        for (int i = 0; i < kLineCount; ++i) {
+            const bool isOnSilhouette = m_motion.dot(normals[i][0]) * m_motion.dot(normals[i][1]) <= T(0);
+            if (!isOnSilhouette) {
+                continue;
+            }
+            CadVector3d<T> normal = m_motion.cross(directions[i]);
+            if (normal.isAlmostZero()) {
+                continue;
+            }
+            if (normals[i][0].dot(normal) < T(0)) {
+                normal.negate();
+            }
+            if (SeparatingPlane<T>(points[i], normal, m_tolerance).AreBeyond(other.corners)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    const BoxParts<T>& m_start;
+    const CadVector3d<T>& m_motion;
+    T m_tolerance;
+    CadPoint3d<T> m_endCorners[kCornerCount];
+};
+
+template <class T>
+COrientedBox3d<T> Aligned(const CBoundingBox3d<T>& box)
+{
+    return COrientedBox3d<T>(box, CCadTransform::GetEmptyTransform());
+}
+
+} // namespace
+
+template <class T>
+bool COrientedBox3d<T>::ContainsPoint(const CadPoint3d<T>& point, T tolerance) const
+{
+    for (int j = 0; j < 3; ++j) {
+        const T t = point.projectOntoLineParam(m_origin, m_axes[j]);
+        if (t < -tolerance || t > m_sizes[j] + tolerance) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <class T>
+bool COrientedBox3d<T>::BoundingBoxIntersects(const CBoundingBox3d<T>& box, T tolerance) const
+{
+    return OrientedBoxIntersects(Aligned(box), tolerance);
+}
+
+template <class T>
+bool COrientedBox3d<T>::OrientedBoxIntersects(const COrientedBox3d& other, T tolerance) const
+{
+    const BoxParts<T> own(*this);
+    const BoxParts<T> others(other);
+    return HasCornerIn(own, others) ||
+           !(FacePlanesSeparate(own, others, tolerance) || FacePlanesSeparate(others, own, tolerance));
+}
+
+template <class T>
+bool COrientedBox3d<T>::SweptBoundingBoxIntersects(const CBoundingBox3d<T>& box, const CadVector3d<T>& motion,
+                                                   T tolerance) const
+{
+    return SweptOrientedBoxIntersects(Aligned(box), motion, tolerance);
+}
+
+template <class T>
+bool COrientedBox3d<T>::SweptOrientedBoxIntersects(const COrientedBox3d& other, const CadVector3d<T>& motion,
+                                                   T tolerance) const
+{
+    const BoxParts<T> own(*this);
+    const BoxParts<T> others(other);
+    const SweptBox<T> swept(own, motion, tolerance);
+    if (swept.HasCornerIn(others)) {
+        return true;
+    }
+    if (swept.OwnFacePlanesSeparate(others) || swept.FacePlanesSeparate(others)) {
+        return false;
+    }
+    return swept.MovesAlongAxis() || !swept.EdgePlanesSeparate(others);
+}
+
+#define CADGEOM_INSTANTIATE(T)                                                                                         \
+    template CADGEOM_API bool COrientedBox3d<T>::ContainsPoint(const CadPoint3d<T>&, T) const;                         \
+    template CADGEOM_API bool COrientedBox3d<T>::BoundingBoxIntersects(const CBoundingBox3d<T>&, T) const;             \
+    template CADGEOM_API bool COrientedBox3d<T>::OrientedBoxIntersects(const COrientedBox3d<T>&, T) const;             \
+    template CADGEOM_API bool COrientedBox3d<T>::SweptBoundingBoxIntersects(const CBoundingBox3d<T>&,                  \
+                                                                            const CadVector3d<T>&, T) const;           \
+    template CADGEOM_API bool COrientedBox3d<T>::SweptOrientedBoxIntersects(const COrientedBox3d<T>&,                  \
+                                                                            const CadVector3d<T>&, T) const
+
+CADGEOM_INSTANTIATE(float);
+CADGEOM_INSTANTIATE(double);
+
+#undef CADGEOM_INSTANTIATE
