@@ -37,7 +37,7 @@ public:
     CMatrix(const CVector& column);
     CMatrix(const CMatrix& other);
     /// Takes the buffer of `other`, which becomes 0 x 0.
-    CMatrix(CMatrix&& other) noexcept;
+    inline CMatrix(CMatrix&& other) noexcept;
     ~CMatrix();
 
     /// Copies dimensions and elements. A matrix without elements makes this one 0 x 0 with its buffer kept; assigning

@@ -34,7 +34,7 @@ public:
     CVector(const CadVector3d<float>& vector);
     CVector(const CVector& other);
     /// Takes the buffer of `other`, which becomes empty.
-    CVector(CVector&& other) noexcept;
+    inline CVector(CVector&& other) noexcept;
     ~CVector();
 
     /// Copies the elements. Copying an empty vector keeps the buffer and its capacity; assigning a vector to itself

@@ -94,7 +94,7 @@ public:
     /// @{
 
     /// Whether this is the identity. As the next three, it determines the flags when they are not.
-    bool IsEmptyTransform() const;
+    inline bool IsEmptyTransform() const;
     bool IsIdentityRotation() const { return HasProperty(eIdentityRotation); }
     bool IsZeroTranslate() const { return HasProperty(eZeroTranslate); }
     bool IsUnityScale() const { return HasProperty(eUnityScale); }
@@ -358,8 +358,8 @@ private:
     void ClearFlag(EFlag flag) const { m_flags = static_cast<std::uint8_t>(m_flags & ~flag); }
     bool IsFlagSet(EFlag flag) const { return (m_flags & flag) != 0; }
     void DetermineFlags() const;
-    bool HasProperty(EFlag flag) const;
-    void EnsureFlags() const;
+    inline bool HasProperty(EFlag flag) const;
+    inline void EnsureFlags() const;
 
     CADGEOM_HIDDEN void AssignFlag(EFlag flag, bool isSet) const;
     CADGEOM_HIDDEN void UpdateTranslateFlag() const;

@@ -37,10 +37,10 @@ public:
 
     /// Sets the number of elements done in the innermost task; does nothing when there is no task. A number above
     /// the announced one counts as complete.
-    void setNumElementsProcessed(std::uint64_t numElementsProcessed);
+    inline void setNumElementsProcessed(std::uint64_t numElementsProcessed);
 
     /// Adds one to the number of elements done in the innermost task; does nothing when there is no task.
-    void incrementNumElementsProcessed();
+    inline void incrementNumElementsProcessed();
 
     /// The overall percentage, from 0 to 100; 0 when there is no task. The cost grows with the number of tasks.
     double computePercent() const;
