@@ -2,6 +2,7 @@
 
 #include <cadgeom/transform/transform.h>
 
+#include "transform/frame_of_transform.h"
 #include "transform/tolerance.h"
 
 #include <cmath>
@@ -9,6 +10,10 @@
 
 namespace {
 
+using cadgeom::detail::Frame;
+using cadgeom::detail::Round;
+using cadgeom::detail::Triple;
+using cadgeom::detail::Widen;
 using Vector = CadVector3d<double>;
 
 /// An axis mapped by all of `frame`'s linear part, its scale included.
@@ -30,9 +35,10 @@ CCadTransform CCadTransform::Compose(const CCadTransform& a, const CCadTransform
         a.SetFlag(eNonOrthoNormal);
     }
     CCadTransform product;
-    CadPoint3d<double> origin;
-    a.aaback(b.m_translate.point, origin);
-    product.m_translate.point = origin;
+    const Frame frame = a.FrameToWorld();
+    const Triple origin =
+        PointToWorld(frame, Widen(b.m_translate.point.data()), frame.isScaled, frame.isRotated, frame.isMoved);
+    product.m_translate.point.set(origin.x, origin.y, origin.z);
 
     const bool isUniform = a.IsUniformScale();
     if (isUniform && a.IsIdentityRotation()) {
@@ -41,7 +47,7 @@ CCadTransform CCadTransform::Compose(const CCadTransform& a, const CCadTransform
         product.setAxesXYZ(a.m_axis[0], a.m_axis[1], a.m_axis[2]);
     } else if (isUniform) {
         for (int i = 0; i < 3; ++i) {
-            a.aaback(b.m_axis[i], product.m_axis[i]);
+            Round(AlongAxes(frame.axes, Widen(b.m_axis[i].data())), product.m_axis[i].data());
         }
     } else {
         for (int i = 0; i < 3; ++i) {
@@ -135,24 +141,33 @@ CCadTransform CCadTransform::GetInverse() const
     if (IsEmptyTransform()) {
         return *this;
     }
-    CadPoint3d<double> matrix[3];
+    CCadTransform inverse;
     if (IsFlagSet(eNonOrthoNormal)) {
-        GetInverseMatrix(matrix);
+        CadPoint3d<double> rows[3];
+        GetInverseMatrix(rows);
+        for (int k = 0; k < 3; ++k) {
+            inverse.m_axis[k].set(rows[k].x(), rows[k].y(), rows[k].z());
+        }
     } else {
-        for (int i = 0; i < 3; ++i) {
-            matrix[i].set(m_axis[0][i], m_axis[1][i], m_axis[2][i]);
+        for (int k = 0; k < 3; ++k) {
+            inverse.m_axis[k].set(m_axis[0][k], m_axis[1][k], m_axis[2][k]);
         }
     }
-    CCadTransform inverse;
     CadPoint3d<double> origin;
     for (int i = 0; i < 3; ++i) {
-        for (int k = 0; k < 3; ++k) {
-            inverse.m_axis[k][i] = matrix[k][i] * m_scale[k] / m_scale[i];
+        origin[i] = inverse.m_axis[0][i] * m_translate.point[0] + inverse.m_axis[1][i] * m_translate.point[1] +
+                    inverse.m_axis[2][i] * m_translate.point[2];
+    }
+    inverse.m_scale = s_empty.m_scale;
+    // A factor of exactly 1 changes nothing, and fifteen divisions are most of the work.
+    if (!(m_scale.x() == 1.0 && IsUniformScale())) {
+        for (int i = 0; i < 3; ++i) {
+            for (int k = 0; k < 3; ++k) {
+                inverse.m_axis[k][i] = inverse.m_axis[k][i] * m_scale[k] / m_scale[i];
+            }
+            origin[i] /= m_scale[i];
+            inverse.m_scale[i] = 1.0 / m_scale[i];
         }
-        const double rotated = matrix[0][i] * m_translate.point[0] + matrix[1][i] * m_translate.point[1] +
-                               matrix[2][i] * m_translate.point[2];
-        origin[i] = rotated / m_scale[i];
-        inverse.m_scale[i] = 1.0 / m_scale[i];
     }
     inverse.m_translate.point = -origin;
     return inverse;

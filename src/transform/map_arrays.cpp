@@ -1,6 +1,6 @@
 #include "transform/map_arrays.h"
 
-#include "core/target_clones.h"
+#include "core/streaming.h"
 
 #include <type_traits>
 
@@ -23,37 +23,17 @@ CADGEOM_ALWAYS_INLINE void WithConstant(bool condition, const Run& run)
 }
 
 template <class T, class Map>
-CADGEOM_ALWAYS_INLINE void MapRun(T* numbers, std::uint64_t count, const Map& map)
-{
-    for (std::uint64_t i = 0; i < 3 * count; i += 3) {
-        const Triple mapped = map(Triple{static_cast<double>(numbers[i]), static_cast<double>(numbers[i + 1]),
-                                         static_cast<double>(numbers[i + 2])});
-        numbers[i] = static_cast<T>(mapped.x);
-        numbers[i + 1] = static_cast<T>(mapped.y);
-        numbers[i + 2] = static_cast<T>(mapped.z);
-    }
-}
-
-template <class T, class Map>
 CADGEOM_ALWAYS_INLINE void MapEach(T* numbers, std::uint64_t count, const Map& map)
 {
-    // Larger arrays come from memory, where the hardware's own prefetching stops at each page.
-    constexpr std::uint64_t kPrefetchFrom = 1048576 / (3 * sizeof(T));
-    constexpr std::uint64_t kAhead = 4096 / sizeof(T);
-    constexpr std::uint64_t kRun = 64;
-    constexpr std::uint64_t kCacheLine = 64 / sizeof(T);
-
-    std::uint64_t first = 0;
-    if (count >= kPrefetchFrom) {
-        for (; first + kRun + kAhead <= count; first += kRun) {
-            T* const run = numbers + 3 * first;
-            for (std::uint64_t i = 0; i < 3 * kRun; i += kCacheLine) {
-                CADGEOM_PREFETCH_FOR_WRITING(run + kAhead + i);
-            }
-            MapRun(run, kRun, map);
+    ForRunsOfPoints(numbers, count, [=](T* run, std::uint64_t points) CADGEOM_ALWAYS_INLINE_LAMBDA {
+        for (std::uint64_t i = 0; i < 3 * points; i += 3) {
+            const Triple mapped = map(
+                Triple{static_cast<double>(run[i]), static_cast<double>(run[i + 1]), static_cast<double>(run[i + 2])});
+            run[i] = static_cast<T>(mapped.x);
+            run[i + 1] = static_cast<T>(mapped.y);
+            run[i + 2] = static_cast<T>(mapped.z);
         }
-    }
-    MapRun(numbers + 3 * first, count - first, map);
+    });
 }
 
 template <class T>

@@ -2,29 +2,17 @@
 
 #include <cadgeom/transform/transform.h>
 
-#include "transform/frame.h"
+#include "transform/frame_of_transform.h"
 #include "transform/map_arrays.h"
 
 #include <cmath>
 
 using cadgeom::detail::Frame;
+using cadgeom::detail::Round;
 using cadgeom::detail::Triple;
+using cadgeom::detail::Widen;
 
 namespace {
-
-template <class T>
-Triple Widen(const T* components)
-{
-    return {static_cast<double>(components[0]), static_cast<double>(components[1]), static_cast<double>(components[2])};
-}
-
-template <class T>
-void Round(const Triple& value, T* components)
-{
-    components[0] = static_cast<T>(value.x);
-    components[1] = static_cast<T>(value.y);
-    components[2] = static_cast<T>(value.z);
-}
 
 bool IsBent(const Frame& frame)
 {
@@ -32,31 +20,6 @@ bool IsBent(const Frame& frame)
 }
 
 } // namespace
-
-Frame CCadTransform::FrameToWorld() const
-{
-    EnsureFlags();
-    return {Widen(m_translate.point.data()),
-            {Widen(m_axis[0].data()), Widen(m_axis[1].data()), Widen(m_axis[2].data())},
-            Widen(m_scale.data()),
-            !IsFlagSet(eIdentityRotation),
-            !IsFlagSet(eUnityScale),
-            !IsFlagSet(eZeroTranslate),
-            IsUniformScale()};
-}
-
-Frame CCadTransform::FrameToLocal() const
-{
-    Frame frame = FrameToWorld();
-    if (frame.isRotated && IsFlagSet(eNonOrthoNormal)) {
-        CadPoint3d<double> rows[3];
-        GetInverseMatrix(rows);
-        for (int j = 0; j < 3; ++j) {
-            frame.axes[j] = {rows[0][j], rows[1][j], rows[2][j]};
-        }
-    }
-    return frame;
-}
 
 template <class T>
 void CCadTransform::aaback(const CadPoint3d<T>& local, CadPoint3d<T>& world) const
