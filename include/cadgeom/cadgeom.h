@@ -23,8 +23,11 @@
 #include <cadgeom/core/vector.h>
 #include <cadgeom/core/vector2d.h>
 #include <cadgeom/core/vector3d.h>
+#include <cadgeom/intersect/drop.h>
 #include <cadgeom/intersect/line_projection.h>
+#include <cadgeom/intersect/pierce.h>
 #include <cadgeom/intersect/planar_queries.h>
+#include <cadgeom/intersect/triangle_area.h>
 #include <cadgeom/linalg/dynamic_matrix.h>
 #include <cadgeom/linalg/dynamic_vector.h>
 #include <cadgeom/platform/archive.h>
