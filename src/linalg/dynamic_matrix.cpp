@@ -8,6 +8,7 @@
 using cadgeom::detail::CheckedCount;
 using cadgeom::detail::CopyElements;
 using cadgeom::detail::Grow;
+using cadgeom::detail::Shrink;
 
 CMatrix::CMatrix(int rows, int columns)
 {
@@ -216,7 +217,8 @@ void CMatrix::RemoveRow(int row)
             CopyElements(Row(i), Row(i + 1), m_columns);
         }
     }
-    ShrinkTo(m_rows - 1, m_columns);
+    --m_rows;
+    Shrink(m_data, m_capacity, GetNumElements());
 }
 
 void CMatrix::RemoveColumn(int column)
@@ -229,22 +231,8 @@ void CMatrix::RemoveColumn(int column)
         CopyElements(target + column, row + column + 1, m_columns - 1 - column);
         target += m_columns - 1;
     }
-    ShrinkTo(m_rows, m_columns - 1);
-}
-
-/// Takes smaller dimensions and gives back the rest of the buffer. A heap that cannot shrink a block keeps it.
-void CMatrix::ShrinkTo(int rows, int columns) noexcept
-{
-    m_rows = rows;
-    m_columns = columns;
-    const int count = GetNumElements();
-    if (count == 0) {
-        std::free(std::exchange(m_data, nullptr));
-        m_capacity = 0;
-    } else if (void* const shrunk = std::realloc(m_data, static_cast<std::size_t>(count) * sizeof(double))) {
-        m_data = static_cast<double*>(shrunk);
-        m_capacity = count;
-    }
+    --m_columns;
+    Shrink(m_data, m_capacity, GetNumElements());
 }
 
 void CMatrix::GetSubset(int row, int column, CMatrix& minor) const

@@ -21,8 +21,8 @@ namespace {
 /// row -= factors[0] * pivots, then row -= factors[factorStep] * (the next pivot row), and so on, for `columns`
 /// elements.
 template <int kPivots>
-void SubtractPanel(double* row, const double* pivots, std::ptrdiff_t pivotStep, const double* factors, int factorStep,
-                   int columns) noexcept
+void SubtractPanel(double* __restrict row, const double* __restrict pivots, std::ptrdiff_t pivotStep,
+                   const double* factors, int factorStep, int columns) noexcept
 {
     double factor[kPivots];
     for (int t = 0; t < kPivots; ++t) {

@@ -49,6 +49,19 @@ inline void Grow(double*& data, int& capacity, int count)
     capacity = count;
 }
 
+/// Reallocates a buffer to exactly the first `count` of its elements. A heap that cannot shrink a block keeps it.
+inline void Shrink(double*& data, int& capacity, int count) noexcept
+{
+    if (count == 0) {
+        std::free(data);
+        data = nullptr;
+        capacity = 0;
+    } else if (void* const shrunk = std::realloc(data, static_cast<std::size_t>(count) * sizeof(double))) {
+        data = static_cast<double*>(shrunk);
+        capacity = count;
+    }
+}
+
 /// Copies a run of elements; the runs may overlap, and both pointers may be null when there are none.
 inline void CopyElements(double* target, const double* source, int count)
 {

@@ -171,7 +171,6 @@ private:
     friend class CVector;
 
     double* Row(int row) const noexcept { return m_data + static_cast<std::ptrdiff_t>(row) * m_columns; }
-    void ShrinkTo(int rows, int columns) noexcept;
 
     double* m_data = nullptr;
     int m_rows = 0;
