@@ -108,6 +108,8 @@ public:
     ///
     /// The boxes are also apart when a plane along the motion and a silhouette edge of this box separates them. Such
     /// planes are not looked at when the motion is parallel to an axis of this box within 0.001 degrees.
+    /// A motion parallel to a face, but not to an axis, makes planes of it whose outer side is not known: then boxes that
+    /// do not reach beyond the face may be reported as apart although they meet.
     /// @param tolerance  a corner counts as beyond a plane when it is at least this far beyond it
     bool SweptOrientedBoxIntersects(const COrientedBox3d& other, const CadVector3d<T>& motion, T tolerance) const;
 
