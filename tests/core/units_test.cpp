@@ -33,8 +33,8 @@ TEST(Units, HaveTheTabulatedValuesPerMillimetre)
 
 TEST(Units, HaveTheTabulatedValuesPerInch)
 {
-    const double expected[] = {1,        25.4,  1000, 0.08333333333333333, 2.54, 0.0254, 1.5782828282828283e-05,
-                               2.5399999999999997e-05, 25400, 1e6};
+    const double expected[] = {
+        1, 25.4, 1000, 0.08333333333333333, 2.54, 0.0254, 1.5782828282828283e-05, 2.5399999999999997e-05, 25400, 1e6};
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(GetUnitsPerInch(kUnits[i]), expected[i]);
     }
