@@ -243,7 +243,7 @@ TEST(LinearSystem, SolvesIntegerSystemsAsCramerDoes)
 TEST(LinearSystem, EndsSoonForHostileMatrices)
 {
     const auto start = std::chrono::steady_clock::now();
-    for (const int n : {5, 8, 12, 20, 30, 100}) {
+    for (const int n : {5, 12, 100}) {
         EXPECT_FALSE(SolveHomogeneous(Square(n, 0.0)).isFound) << n;
         EXPECT_FALSE(Solve(Square(n, 0.0), Values(static_cast<std::size_t>(n), 1.0)).isFound) << n;
         EXPECT_FALSE(SolveHomogeneous(Identity(n)).isFound) << n;
