@@ -12,7 +12,7 @@
 /// = 1 the one with the smallest sum of squares of that expression over the points.
 ///
 /// @param points  count contiguous points in any one length unit; null makes the fit fail
-/// @param count   at least 4 (fewer than 6 determine no ellipse; then one through or near the points)
+/// @param count   at least 4 (with fewer than 5 the points determine no ellipse, and the fit picks one of many)
 /// @param center  out
 /// @param axis    out: unit vector (cos t, -sin t) for a major axis at the angle t: **the direction of the major axis
 ///                mirrored in the x axis**; (0, 1) for a circle
@@ -37,11 +37,11 @@
 ///   2^-23 of their size.
 /// - Ellipses with a below about 0.3 are missed: the fit returns false (always at a = 0.1).
 /// - Points exactly on the ellipse **and** evenly spread over it give a cubic with a double root, which is mostly
-///   missed too. Noise from 1e-3 of a on, or an uneven spread, makes them found.
+///   missed too. Noise from 1e-2 of a on, or an uneven spread, makes them found.
 ///
 /// Therefore centre and scale first: subtract the mean, divide by the extent, fit, multiply center, a, b and error by
 /// the extent and add the mean to the centre; the axis holds as it is.
-/// O(count), three small blocks from the heap whatever the count. Method: direct least-squares fit of ellipses
+/// O(count), a few small blocks from the heap whatever the count. Method: direct least-squares fit of ellipses
 /// (Fitzgibbon, Pilu and Fisher 1999) in the stable form of Halir and Flusser (1998).
 template <class T>
 CADGEOM_API bool EllipseFit2(const CadPoint2d<T>* points, std::uint64_t count, CadPoint2d<double>& center,
