@@ -83,7 +83,9 @@ void CArchive::Flush()
     }
     OrAbort([this] {
         if (IsStoring()) {
-            m_file->Write(m_buffer, static_cast<std::uint32_t>(m_cursor - m_buffer));
+            if (m_cursor != m_buffer) {
+                m_file->Write(m_buffer, static_cast<std::uint32_t>(m_cursor - m_buffer));
+            }
         } else if (m_cursor != m_end) {
             m_file->Seek(m_cursor - m_end, CFile::current);
         }
@@ -201,7 +203,7 @@ void CArchive::Close()
     }
 }
 
-bool CArchive::MayHold(std::uint64_t count) const noexcept
+bool CArchive::MayHold(std::uint64_t count, bool whenUnknown) const noexcept
 {
     if (m_file == nullptr) {
         return count == 0;
@@ -213,6 +215,6 @@ bool CArchive::MayHold(std::uint64_t count) const noexcept
         const std::uint64_t unread = length > position ? length - position : 0;
         return count <= buffered || count - buffered <= unread;
     } catch (...) {
-        return true;
+        return whenUnknown;
     }
 }

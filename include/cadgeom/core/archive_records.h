@@ -32,6 +32,8 @@ inline void TransferComponents(CArchive& archive, T* components)
 /// Runs of points in space are moved as blocks: the bytes are those of the single records.
 template <class T>
 inline constexpr bool kIsStoredRaw<CadPoint3d<T>> = true;
+template <class T>
+inline constexpr std::uint32_t kStoredValueSize<CadPoint3d<T>> = sizeof(T);
 
 } // namespace cadgeom::detail
 

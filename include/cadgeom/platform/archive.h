@@ -69,8 +69,8 @@ public:
     /// The file; null once the archive is closed.
     CFile* GetFile() const noexcept { return m_file; }
 
-    /// Whether `count` more bytes can be loaded, as far as the file's length tells; true when it does not tell.
-    bool MayHold(std::uint64_t count) const noexcept;
+    /// Whether `count` more bytes can be loaded, as far as the file's length tells; `whenUnknown` when it does not tell.
+    bool MayHold(std::uint64_t count, bool whenUnknown = true) const noexcept;
 
     /// Stores the bytes of one number.
     template <class S, class = std::enable_if_t<std::is_arithmetic_v<S> && (sizeof(S) <= 8)>>
@@ -80,11 +80,17 @@ public:
         return *this;
     }
 
-    /// Loads the bytes of one number.
+    /// Loads the bytes of one number. For a bool, every byte but 0 is true.
     template <class S, class = std::enable_if_t<std::is_arithmetic_v<S> && (sizeof(S) <= 8)>>
     CArchive& operator>>(S& value)
     {
-        Get(&value, static_cast<std::uint32_t>(sizeof(S)));
+        if constexpr (std::is_same_v<S, bool>) {
+            std::uint8_t byte = 0;
+            Get(&byte, 1);
+            value = byte != 0;
+        } else {
+            Get(&value, static_cast<std::uint32_t>(sizeof(S)));
+        }
         return *this;
     }
 

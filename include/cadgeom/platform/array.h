@@ -8,6 +8,7 @@
 #include <cadgeom/platform/exceptions.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -42,10 +43,14 @@ inline constexpr bool kIsStoredRaw =
 /// Largest number of bytes that one raw transfer of an archive carries.
 inline constexpr std::uint64_t kLargestBlock = std::numeric_limits<std::int32_t>::max();
 
-/// Stores or loads `count` elements as the bytes of the array, in blocks of whole elements. A non-zero count with a null
-/// array throws CInvalidArgException; data that end too early throw `endOfFile` without a file name.
+/// Bytes of the smallest value that TYPE is made of: data that end inside such a value deliver nothing of it.
 template <class TYPE>
-void TransferRaw(CArchive& archive, TYPE* elements, std::uint64_t count)
+inline constexpr std::uint32_t kStoredValueSize = sizeof(TYPE);
+
+/// Hands a run of elements to `transfer(element, size)` in blocks of whole elements. A non-zero count with a null array
+/// throws CInvalidArgException.
+template <class TYPE, class Transfer>
+void ForEachBlock(TYPE* elements, std::uint64_t count, Transfer transfer)
 {
     if (count != 0 && elements == nullptr) {
         AfxThrowInvalidArgException();
@@ -53,15 +58,33 @@ void TransferRaw(CArchive& archive, TYPE* elements, std::uint64_t count)
     constexpr std::uint64_t kLargestRun = kLargestBlock / sizeof(TYPE);
     for (std::uint64_t done = 0; done < count;) {
         const std::uint64_t run = std::min(count - done, kLargestRun);
-        const auto size = static_cast<std::uint32_t>(run * sizeof(TYPE));
-        if (archive.IsStoring()) {
-            archive.Write(elements + done, size);
-        } else if (archive.Read(static_cast<void*>(elements + done), size) != size) {
-            archive.Abort();
-            AfxThrowArchiveException(CArchiveException::endOfFile);
-        }
+        transfer(elements + done, static_cast<std::uint32_t>(run * sizeof(TYPE)));
         done += run;
     }
+}
+
+/// Stores `count` elements as the bytes of the array.
+template <class TYPE>
+void StoreRaw(CArchive& archive, const TYPE* elements, std::uint64_t count)
+{
+    ForEachBlock(elements, count, [&archive](const TYPE* block, std::uint32_t size) { archive.Write(block, size); });
+}
+
+/// Loads `count` elements as the bytes of the array. Data that end too early throw `endOfFile` with the given file name:
+/// what was loaded stays, a value that they cut is zero, and the rest is untouched.
+template <class TYPE>
+void LoadRaw(CArchive& archive, TYPE* elements, std::uint64_t count, const char* fileName = nullptr)
+{
+    ForEachBlock(elements, count, [&archive, fileName](TYPE* block, std::uint32_t size) {
+        auto* const bytes = reinterpret_cast<unsigned char*>(block);
+        const std::uint32_t loaded = archive.Read(bytes, size);
+        if (loaded != size) {
+            const std::uint32_t cut = loaded % kStoredValueSize<TYPE>;
+            std::memset(bytes + (loaded - cut), 0, cut);
+            archive.Abort();
+            AfxThrowArchiveException(CArchiveException::endOfFile, fileName);
+        }
+    });
 }
 
 } // namespace cadgeom::detail
@@ -77,7 +100,11 @@ void SerializeElements(CArchive& archive, TYPE* elements, std::int64_t count)
         return;
     }
     if constexpr (cadgeom::detail::kIsStoredRaw<TYPE>) {
-        cadgeom::detail::TransferRaw(archive, elements, static_cast<std::uint64_t>(count));
+        if (archive.IsStoring()) {
+            cadgeom::detail::StoreRaw(archive, elements, static_cast<std::uint64_t>(count));
+        } else {
+            cadgeom::detail::LoadRaw(archive, elements, static_cast<std::uint64_t>(count));
+        }
     } else if constexpr (cadgeom::detail::kHasRecord<TYPE>) {
         std::for_each(elements, elements + count, [&archive](TYPE& element) { element.serialize(archive); });
     } else if constexpr (cadgeom::detail::kHasArchiveForm<TYPE>) {
@@ -93,7 +120,8 @@ void SerializeElements(CArchive& archive, TYPE* elements, std::int64_t count)
 /// *Growth.* The first size is allocated exactly (at least the growth step). A size above the capacity raises it to
 /// max(size, capacity + step), where the step is the one given to SetSize or, when that is 0, an eighth of the count
 /// within 4 ... 1024. New elements of plain types are zero bytes; those of other types are value-initialised. The buffer
-/// behind the capacity may be larger, so that appending n elements one by one costs O(n) all the same.
+/// behind the capacity may be larger, so that appending n elements one by one costs O(n) all the same; and it may be zero
+/// bytes from the system, so that new elements take no memory before they are written.
 ///
 /// *Failure.* A bad index or a negative size throws CInvalidArgException; a size whose bytes cannot be obtained throws
 /// CMemoryException. Either leaves the array as it was.
@@ -179,11 +207,18 @@ public:
 
     /// Stores or loads the count (CArchive::WriteCount) and the elements (SerializeElements). Loading resizes by the
     /// growth rule first. Data that end too early throw CArchiveException (endOfFile) and leave the array resized, with
-    /// the elements loaded so far; a count whose bytes cannot be obtained leaves it as it was and throws the same when
-    /// the file is known to be too short, else CMemoryException.
+    /// the elements loaded so far and, for plain types, zeros after them. A count whose bytes cannot be obtained leaves
+    /// the array as it was and throws the same when the file is known to be too short, else CMemoryException; so does
+    /// a count above 65535 of elements that are not plain when the file has fewer bytes than that.
     virtual void Serialize(CArchive& archive);
 
+protected:
+    /// Resizes to a loaded count. Elements of a plain type that are not loaded after this are zeros.
+    void ResizeForLoading(CArchive& archive, std::uint64_t count);
+
 private:
+    static_assert(alignof(TYPE) <= alignof(std::max_align_t), "the buffer comes from the C heap");
+
     static constexpr std::int64_t kLargestCount =
         static_cast<std::int64_t>(std::numeric_limits<std::int64_t>::max() / static_cast<std::int64_t>(sizeof(TYPE)));
     static constexpr bool kIsPlain = cadgeom::detail::kIsPlainValue<TYPE>;
@@ -208,6 +243,16 @@ private:
     std::int64_t GrowthStep() const noexcept
     {
         return m_growBy != 0 ? m_growBy : std::clamp<std::int64_t>(m_count / 8, 4, 1024);
+    }
+
+    /// The capacity that the growth rule gives a new size, 1 ... kLargestCount.
+    std::int64_t CapacityFor(std::int64_t size) const noexcept
+    {
+        if (m_data == nullptr) {
+            return std::max(m_growBy, size);
+        }
+        const std::int64_t step = std::min(GrowthStep(), kLargestCount - m_capacity);
+        return size <= m_capacity ? m_capacity : std::max(size, m_capacity + step);
     }
 
     /// Ends the life of the elements from `first` on.
@@ -252,8 +297,8 @@ private:
 
     void MoveElementsTo(TYPE* target);
     void Reallocate(std::int64_t allocated);
-    void GrowBuffer(std::int64_t capacity, bool isStep);
-    void ResizeForLoading(CArchive& archive, std::uint64_t count);
+    bool GrowBuffer(std::int64_t capacity);
+    void ResizeToZeros(const CArchive& archive, std::int64_t count);
 
     TYPE* m_data = nullptr;
     std::int64_t m_count = 0;
@@ -304,28 +349,31 @@ void CArray<TYPE, ARG_TYPE>::Reallocate(std::int64_t allocated)
     m_allocated = allocated;
 }
 
-/// Raises the capacity. Growth by a step doubles the buffer behind it, in place where the heap can.
+/// Raises the capacity. A buffer that is to grow no more than twofold doubles, in place where the heap can.
+/// @return whether the bytes behind the elements are known to be zero
 template <class TYPE, class ARG_TYPE>
-void CArray<TYPE, ARG_TYPE>::GrowBuffer(std::int64_t capacity, bool isStep)
+bool CArray<TYPE, ARG_TYPE>::GrowBuffer(std::int64_t capacity)
 {
+    bool isZeroed = false;
     if (capacity > m_allocated) {
-        const bool mayDouble = isStep && m_allocated <= kLargestCount / 2;
-        const std::int64_t allocated = mayDouble ? std::max(capacity, 2 * m_allocated) : capacity;
+        const bool isDoubled = capacity / 2 < m_allocated && m_allocated <= kLargestCount / 2;
+        const std::int64_t allocated = isDoubled ? 2 * m_allocated : capacity;
+        void* grown = nullptr;
         if constexpr (kIsPlain) {
-            void* const grown =
-                mayDouble ? std::realloc(static_cast<void*>(m_data), static_cast<std::size_t>(allocated) * sizeof(TYPE))
-                          : nullptr;
-            if (grown != nullptr) {
-                m_data = static_cast<TYPE*>(grown);
-                m_allocated = allocated;
-            } else {
-                Reallocate(capacity);
+            if (isDoubled) {
+                grown = std::realloc(static_cast<void*>(m_data), static_cast<std::size_t>(allocated) * sizeof(TYPE));
             }
+        }
+        if (grown != nullptr) {
+            m_data = static_cast<TYPE*>(grown);
+            m_allocated = allocated;
         } else {
-            Reallocate(allocated);
+            Reallocate(kIsPlain ? capacity : allocated);
+            isZeroed = true;
         }
     }
     m_capacity = capacity;
+    return isZeroed;
 }
 
 template <class TYPE, class ARG_TYPE>
@@ -344,22 +392,11 @@ void CArray<TYPE, ARG_TYPE>::SetSize(std::int64_t size, std::int64_t growBy)
     if (size > kLargestCount) {
         AfxThrowMemoryException();
     }
-    if (m_data == nullptr) {
-        const std::int64_t capacity = std::max(m_growBy, size);
-        m_data = AllocateZeroed(capacity);
-        m_capacity = capacity;
-        m_allocated = capacity;
-        if constexpr (kIsPlain) {
-            m_count = size;
-            return;
-        }
-    } else if (size > m_capacity) {
-        const std::int64_t step = std::min(GrowthStep(), kLargestCount - m_capacity);
-        const bool isStep = size <= m_capacity + step;
-        GrowBuffer(isStep ? m_capacity + step : size, isStep);
-    }
+    const bool isZeroed = size > m_capacity && GrowBuffer(CapacityFor(size));
     if (size < m_count) {
         DestroyFrom(size);
+    } else if (kIsPlain && isZeroed) {
+        m_count = size;
     } else {
         ConstructUpTo(size);
     }
@@ -385,6 +422,9 @@ void CArray<TYPE, ARG_TYPE>::SetAtGrow(std::int64_t index, ARG_TYPE element)
     if (index < m_count) {
         m_data[index] = element;
         return;
+    }
+    if (index >= kLargestCount) {
+        AfxThrowMemoryException();
     }
     TYPE copy(element);
     SetSize(index + 1);
@@ -453,16 +493,53 @@ void CArray<TYPE, ARG_TYPE>::ResizeForLoading(CArchive& archive, std::uint64_t c
         archive.Abort();
         AfxThrowMemoryException();
     }
-    const bool isKnownTooShort = kIsPlain && !archive.MayHold(count * sizeof(TYPE));
+    if constexpr (!kIsPlain) {
+        // These are all built before the first of them is loaded, so a count that cannot be true must not get that far.
+        constexpr std::uint64_t kLargestTrustedCount = 0xFFFF;
+        if (count > kLargestTrustedCount && !archive.MayHold(count)) {
+            archive.Abort();
+            AfxThrowArchiveException(CArchiveException::endOfFile);
+        }
+    }
     try {
-        SetSize(static_cast<std::int64_t>(count));
+        if constexpr (kIsPlain) {
+            ResizeToZeros(archive, static_cast<std::int64_t>(count));
+        } else {
+            SetSize(static_cast<std::int64_t>(count));
+        }
     } catch (const CMemoryException&) {
+        const bool isTooShort = kIsPlain && !archive.MayHold(count * sizeof(TYPE));
         archive.Abort();
-        if (isKnownTooShort) {
+        if (isTooShort) {
             AfxThrowArchiveException(CArchiveException::endOfFile);
         }
         throw;
     }
+}
+
+/// SetSize() for elements that are about to be loaded: none keeps its value. Memory that the data may not reach is taken
+/// from the system as zeros, and so costs nothing.
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::ResizeToZeros(const CArchive& archive, std::int64_t count)
+{
+    constexpr std::int64_t kCheaperThanAsking = 4096 / static_cast<std::int64_t>(sizeof(TYPE));
+    const bool isSmall = count <= kCheaperThanAsking;
+    const auto size = static_cast<std::size_t>(count) * sizeof(TYPE);
+    if (count == 0 || (count <= m_capacity && (isSmall || archive.MayHold(size, false)))) {
+        SetSize(count);
+        const bool isOverwritten = cadgeom::detail::kIsStoredRaw<TYPE> && !isSmall;
+        if (count != 0 && !isOverwritten) {
+            std::memset(static_cast<void*>(m_data), 0, size);
+        }
+        return;
+    }
+    const std::int64_t capacity = CapacityFor(count);
+    TYPE* const buffer = AllocateZeroed(capacity);
+    std::free(m_data);
+    m_data = buffer;
+    m_count = count;
+    m_capacity = capacity;
+    m_allocated = capacity;
 }
 
 template <class TYPE, class ARG_TYPE>
