@@ -34,6 +34,7 @@
 #include <cadgeom/platform/array.h>
 #include <cadgeom/platform/exceptions.h>
 #include <cadgeom/platform/file.h>
+#include <cadgeom/polyline/polyline3d.h>
 #include <cadgeom/transform/points_transform.h>
 #include <cadgeom/transform/transform.h>
 #include <cadgeom/util/parse_number.h>
