@@ -23,6 +23,12 @@
 #include <cadgeom/core/vector.h>
 #include <cadgeom/core/vector2d.h>
 #include <cadgeom/core/vector3d.h>
+#include <cadgeom/fit/circle_fit.h>
+#include <cadgeom/fit/ellipse_fit.h>
+#include <cadgeom/fit/line_fit.h>
+#include <cadgeom/fit/oriented_box_fit.h>
+#include <cadgeom/fit/plane_fit.h>
+#include <cadgeom/fit/point_fit.h>
 #include <cadgeom/intersect/drop.h>
 #include <cadgeom/intersect/line_projection.h>
 #include <cadgeom/intersect/pierce.h>
@@ -35,6 +41,8 @@
 #include <cadgeom/platform/exceptions.h>
 #include <cadgeom/platform/file.h>
 #include <cadgeom/polyline/polyline3d.h>
+#include <cadgeom/roots/polynomial.h>
+#include <cadgeom/roots/polynomial_roots.h>
 #include <cadgeom/transform/points_transform.h>
 #include <cadgeom/transform/transform.h>
 #include <cadgeom/util/parse_number.h>

@@ -123,9 +123,9 @@ private:
         m_cursor += size;
     }
 
-    [[noreturn]] void Raise(int cause);
+    [[noreturn]] CADGEOM_HIDDEN void Raise(int cause);
     [[noreturn]] void RaiseDirection();
-    void Require(Mode direction);
+    CADGEOM_HIDDEN void Require(Mode direction);
 
     template <class Transfer>
     auto OrAbort(Transfer transfer);

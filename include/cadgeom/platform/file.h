@@ -73,9 +73,9 @@ public:
     const std::string& GetFilePath() const noexcept { return m_path; }
 
 private:
-    int OpenHandle(const std::string& path, unsigned flags);
-    std::FILE* RequireOpen() const;
-    [[noreturn]] void Raise(int cause) const;
+    CADGEOM_HIDDEN int OpenHandle(const std::string& path, unsigned flags);
+    CADGEOM_HIDDEN std::FILE* RequireOpen() const;
+    [[noreturn]] CADGEOM_HIDDEN void Raise(int cause) const;
 
     /// What the handle did last: the C library wants a repositioning between reading and writing.
     enum class LastTransfer {
@@ -83,7 +83,7 @@ private:
         eRead,
         eWrite
     };
-    void PrepareFor(LastTransfer transfer);
+    CADGEOM_HIDDEN void PrepareFor(LastTransfer transfer);
 
     std::FILE* m_handle = nullptr;
     unsigned m_access = modeRead;
