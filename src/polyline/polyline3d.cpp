@@ -1,7 +1,7 @@
 // Vertices, measures, mappings and archive records of polylines.
 
-#include "core/streaming.h"
 #include "polyline/vertex_equality.h"
+#include "polyline/vertex_extent.h"
 
 #include <cadgeom/bounds/bounding_box_3d.h>
 #include <cadgeom/core/point_sequence.h>
@@ -35,13 +35,14 @@ T CCadPolyline3d<T>::ComputeLength() const
 template <class T>
 bool CCadPolyline3d<T>::ComputeBoundingBox(CBoundingBox3d<T>& box) const
 {
-    const CadPoint3d<T>* const vertices = this->GetData();
     const std::int64_t count = GetNumPoints();
-    CBoundingBox3d<T> bounds;
-    for (std::int64_t i = 0; i < count; ++i) {
-        bounds.CheckPoint(vertices[i]);
+    box.Reset();
+    if (count != 0) {
+        const cadgeom::detail::VertexExtent<T> extent(GetPoint(0).data(), static_cast<std::uint64_t>(count));
+        const T* const min = extent.Min();
+        const T* const max = extent.Max();
+        box.SetMinMax({min[0], min[1], min[2]}, {max[0], max[1], max[2]});
     }
-    box = bounds;
     return !box.IsEmpty();
 }
 
