@@ -27,9 +27,7 @@ template <class T>
 bool CBoundingBox2d<T>::RayPierce(const CadPoint2d<T>& origin, const CadVector2d<T>& direction, T* tNear, T* tFar,
                                   CadPoint2d<T>* entry, CadPoint2d<T>* exit) const
 {
-    return cadgeom::detail::PierceBox<2, T>(
-        m_min.data(), m_max.data(), origin, direction,
-        {tNear, tFar, entry == nullptr ? nullptr : entry->data(), exit == nullptr ? nullptr : exit->data()});
+    return cadgeom::detail::PierceBox<2, T, CadPoint2d<T>>(m_min, m_max, origin, direction, {tNear, tFar, entry, exit});
 }
 
 template <class T>

@@ -156,9 +156,7 @@ template <class T>
 bool CBoundingBox3d<T>::RayPierce(const CadPoint3d<T>& origin, const CadVector3d<T>& direction, T* tNear, T* tFar,
                                   CadPoint3d<T>* entry, CadPoint3d<T>* exit) const
 {
-    return cadgeom::detail::PierceBox<3, T>(
-        m_min.data(), m_max.data(), origin, direction,
-        {tNear, tFar, entry == nullptr ? nullptr : entry->data(), exit == nullptr ? nullptr : exit->data()});
+    return cadgeom::detail::PierceBox<3, T, CadPoint3d<T>>(m_min, m_max, origin, direction, {tNear, tFar, entry, exit});
 }
 
 template <class T>
