@@ -74,7 +74,7 @@ bool CCadPolyline3d<T>::DataReduce(T tolerance)
         return false;
     }
     const bool hasRemovedRepeated = RemoveRepeatedPoints(tolerance);
-    const bool hasRemovedNear = GetNumPoints() >= 3 && RemovePointsNearChords(tolerance);
+    const bool hasRemovedNear = RemovePointsNearChords(tolerance);
     const std::int64_t count = GetNumPoints();
     if (count == 1 || (count == 2 && VerticesAreEqual(GetPoint(0), GetPoint(1), tolerance))) {
         Empty();

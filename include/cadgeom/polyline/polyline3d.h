@@ -21,8 +21,12 @@ class CBoundingBox3d;
 template <class T>
 class CCadPolyline3d;
 
+/// Stores what CArray::Serialize stores: the count (CArchive::WriteCount) and the records of the vertices.
 template <class T>
 CADGEOM_API CArchive& operator<<(CArchive& archive, const CCadPolyline3d<T>& polyline);
+/// Loads a polyline that operator<< or CArray::Serialize stored. Data that end too early throw CArchiveException
+/// (endOfFile), with the polyline resized to the stored count, the coordinates loaded so far written and zeros after them;
+/// a count whose memory cannot be obtained fails as in CArray::Serialize.
 template <class T>
 CADGEOM_API CArchive& operator>>(CArchive& archive, CCadPolyline3d<T>& polyline);
 
@@ -119,15 +123,6 @@ private:
     CADGEOM_HIDDEN bool RemoveRepeatedPoints(T tolerance);
     CADGEOM_HIDDEN bool RemovePointsNearChords(T tolerance);
 };
-
-/// Stores what CArray::Serialize stores: the count (CArchive::WriteCount) and the records of the vertices.
-template <class T>
-CADGEOM_API CArchive& operator<<(CArchive& archive, const CCadPolyline3d<T>& polyline);
-/// Loads a polyline that operator<< or CArray::Serialize stored. Data that end too early throw CArchiveException
-/// (endOfFile), with the polyline resized to the stored count, the coordinates loaded so far written and zeros after them;
-/// a count whose memory cannot be obtained fails as in CArray::Serialize.
-template <class T>
-CADGEOM_API CArchive& operator>>(CArchive& archive, CCadPolyline3d<T>& polyline);
 
 // After the bodies: g++ never inlines a member whose body it meets after the line that promises an instance.
 #define CADGEOM_DECLARE_POLYLINE(T)                                                                                    \
