@@ -1,6 +1,7 @@
 #include "probes.h"
 
 #include <cadgeom/core/point_sequence.h>
+#include <cadgeom/core/units.h>
 #include <cadgeom/intersect/drop.h>
 #include <cadgeom/intersect/pierce.h>
 
@@ -18,6 +19,9 @@ constexpr std::size_t kMostMeasuredPoints = 500;
 // Displacement of the measured points in parts of the size of the part, and the number of steps to either side.
 constexpr double kAmplitude = 1e-4;
 constexpr int kAmplitudeSteps = 3;
+// Piercing and dropping take triangles of less than 1e-6 or so, in squared units, for lines. A part is probed at this size,
+// so that it does not matter how small it is.
+constexpr double kProbedSize = 1000;
 
 CBoundingBox3d<double> FacetBox(const std::array<Index, 3>& facet, const std::vector<Point3>& points)
 {
@@ -31,8 +35,13 @@ CBoundingBox3d<double> FacetBox(const std::array<Index, 3>& facet, const std::ve
 class HeightProbe {
 public:
     HeightProbe(const Mesh& mesh, const Stand& stand)
-        : m_facets(mesh.facets), m_points(LocalPoints(mesh, stand.frame)), m_range(stand.localBox)
+        : m_facets(mesh.facets),
+          m_points(LocalPoints(mesh, stand.frame)),
+          m_range(stand.localBox),
+          m_factor(kProbedSize / m_range.GetSize().length())
     {
+        PointsScale(m_points.data(), m_points.size(), m_factor);
+        m_range.Scale(m_factor);
         for (const auto& facet : m_facets)
             m_boxes.push_back(FacetBox(facet, m_points));
     }
@@ -40,9 +49,10 @@ public:
     /// Keeps the facets that the probes of one row can hit.
     void SelectRow(double y)
     {
+        const double rowY = y * m_factor;
         const Point3& min = m_range.GetMin();
         const Point3& max = m_range.GetMax();
-        const CBoundingBox3d<double> row(Point3(min.x(), y, min.z()), Point3(max.x(), y, max.z()));
+        const CBoundingBox3d<double> row(Point3(min.x(), rowY, min.z()), Point3(max.x(), rowY, max.z()));
         m_row.clear();
         for (Index facet = 0; facet < m_facets.size(); ++facet) {
             if (m_boxes[facet].BoundingBoxIntersects(row, 0))
@@ -54,7 +64,7 @@ public:
     double HeightAt(double x, double y) const
     {
         const double top = m_range.GetMax().z();
-        const Point3 above(x, y, top);
+        const Point3 above(x * m_factor, y * m_factor, top);
         const Vector3 down = -Vector3::zAxis();
         double nearest = std::numeric_limits<double>::infinity();
         for (const Index facet : m_row) {
@@ -68,13 +78,14 @@ public:
             if (PierceTriangle(above, down, m_points[a], m_points[b], m_points[c], t, u, v))
                 nearest = std::min(nearest, t);
         }
-        return std::isfinite(nearest) ? top - nearest : std::numeric_limits<double>::quiet_NaN();
+        return std::isfinite(nearest) ? (top - nearest) / m_factor : std::numeric_limits<double>::quiet_NaN();
     }
 
 private:
     const std::vector<std::array<Index, 3>>& m_facets;
     std::vector<Point3> m_points;
     CBoundingBox3d<double> m_range;
+    double m_factor;
     std::vector<CBoundingBox3d<double>> m_boxes;
     std::vector<Index> m_row;
 };
@@ -110,10 +121,12 @@ void Summarise(HeightGrid& grid)
 /// Finds the nearest point of a surface, facet by facet.
 class SurfaceDropper {
 public:
-    explicit SurfaceDropper(const Mesh& mesh) : m_mesh(mesh)
+    SurfaceDropper(const Mesh& mesh, double size)
+        : m_facets(mesh.facets), m_points(mesh.points), m_factor(kProbedSize / size)
     {
-        for (const auto& facet : mesh.facets)
-            m_boxes.push_back(FacetBox(facet, mesh.points));
+        PointsScale(m_points.data(), m_points.size(), m_factor);
+        for (const auto& facet : m_facets)
+            m_boxes.push_back(FacetBox(facet, m_points));
     }
 
     struct Foot {
@@ -122,8 +135,9 @@ public:
         double distance = 0;
     };
 
-    Foot Drop(const Point3& point) const
+    Foot Drop(const Point3& measured) const
     {
+        const Point3 point = measured * m_factor;
         Foot foot;
         double distanceSquared = std::numeric_limits<double>::max();
         for (Index facet = 0; facet < m_boxes.size(); ++facet) {
@@ -132,16 +146,19 @@ public:
             double u = 0;
             double v = 0;
             bool onEdge = false;
-            if (DropTriangle(point, m_mesh.Corner(facet, 0), m_mesh.Corner(facet, 1), m_mesh.Corner(facet, 2),
-                             distanceSquared, u, v, foot.point, onEdge))
+            const auto& [a, b, c] = m_facets[facet];
+            if (DropTriangle(point, m_points[a], m_points[b], m_points[c], distanceSquared, u, v, foot.point, onEdge))
                 foot.facet = facet;
         }
-        foot.distance = std::sqrt(distanceSquared);
+        foot.point /= m_factor;
+        foot.distance = std::sqrt(distanceSquared) / m_factor;
         return foot;
     }
 
 private:
-    const Mesh& m_mesh;
+    const std::vector<std::array<Index, 3>>& m_facets;
+    std::vector<Point3> m_points;
+    double m_factor;
     std::vector<CBoundingBox3d<double>> m_boxes;
 };
 
@@ -190,7 +207,7 @@ Deviations MeasureDeviations(const Mesh& mesh, double size, ProgressBar& progres
 {
     const std::vector<MeasuredPoint> points = MakeMeasuredPoints(mesh, kAmplitude * size);
     ProgressBar::Task task(progress, "measuring deviations", points.size());
-    const SurfaceDropper dropper(mesh);
+    const SurfaceDropper dropper(mesh, size);
     Deviations result;
     result.pointCount = points.size();
     double sumFound = 0;

@@ -146,6 +146,11 @@ std::string FitStyle(ShapeKind kind)
     return StrokeStyle(ColourOf(kind), 2.5) + " stroke-dasharray=\"7 3\"";
 }
 
+bool IsRound(const Shape& shape)
+{
+    return shape.kind == ShapeKind::circle || shape.kind == ShapeKind::ellipse;
+}
+
 Box2 BoxOf(const Section& section)
 {
     Box2 box;
@@ -350,6 +355,7 @@ private:
     void DrawCentre(const Point2& center, const std::string& colour)
     {
         constexpr double kArm = 4;
+        m_labels.AddObstacle(Box2(center - Vector2(kArm, kArm), center + Vector2(kArm, kArm)));
         m_canvas.Line(center - Vector2(kArm, 0), center + Vector2(kArm, 0), StrokeStyle(colour, 1));
         m_canvas.Line(center - Vector2(0, kArm), center + Vector2(0, kArm), StrokeStyle(colour, 1));
     }
@@ -391,7 +397,7 @@ private:
                 box.CheckPoint(OnPage(point));
             const double width = static_cast<double>(CharacterCount(label)) * kTextSize * kCharacterWidth;
             Point2 middle;
-            if (m_labels.Place(box, width, kTextSize, outline.shape.kind == ShapeKind::circle, middle))
+            if (m_labels.Place(box, width, kTextSize, IsRound(outline.shape), middle))
                 m_canvas.Text(middle + Vector2(0, kTextSize * 0.36), label,
                               TextStyle("middle", kTextSize, ColourOf(outline.shape.kind)));
             else

@@ -52,7 +52,7 @@ expect_fact(0 sections 2 material_area)
 expect_fact_between(1.374999 1.375001 heights highest)
 fact(largest deviations largest)
 string(REPLACE "-" "" largest "${largest}")
-expect_between(0.0005 ${largest} 0.000586)
+expect_between(0.0005 ${largest} 0.000576)
 
 # The same in millimetres: every length 25.4 times as large, every area 645.16 times.
 run(0 ${DATA}/featuretype.off --file-units in --units mm --section z=0.35 --json)
@@ -63,6 +63,15 @@ expect_fact_between(126.99999 127.00001 box size 0)
 expect_fact_between(8.88999 8.89001 sections 0 position)
 expect_fact_between(6.7556 6.7572 sections 0 outlines 9 diameter)
 expect_fact_between(34.92499 34.92501 heights highest)
+
+# A part as large as a grain of dust is measured as well.
+run(0 ${DATA}/featuretype.off --file-units microns --section z=0.35 --json)
+expect_count(10 sections 0 outlines)
+expect_fact_between(53.82738 53.82739 mesh area)
+expect_fact(1110 heights hits)
+expect_fact_between(1.374999 1.375001 heights highest)
+expect_fact_between(0.000575 0.000576 deviations largest_applied)
+expect_fact_between(0.00038 0.00039 deviations rms)
 
 # Without --units the report is in the unit of the file, which is millimetres unless it is told.
 run(0 ${DATA}/featuretype.off --json)
