@@ -29,55 +29,31 @@ struct OverlapTolerance<double> {
     static constexpr double kPlane = 9.999999747378752e-5;
 };
 
-constexpr int kAxisCount = 12;
-
 template <class T>
-T Smaller(T a, T b)
-{
-    return a < b ? a : b;
-}
+using Pair = cadgeom::detail::Lanes<T, 2>;
 
+/// The projections of two vertices of the triangle on an axis, and the radius of the box on it.
 template <class T>
-T Larger(T a, T b)
-{
-    return a > b ? a : b;
-}
-
-/// The projections of triangle and box on all axes but the normal.
-template <class T>
-class Projections {
-public:
-    void Add(T min, T max, T radius)
-    {
-        m_above[m_count] = min;
-        m_below[m_count] = -max;
-        m_radii[m_count] = radius;
-        ++m_count;
-    }
-
-    /// Whether the triangle lies wholly beyond the box on some axis.
-    bool AreApart() const
-    {
-        using Pair = cadgeom::detail::Lanes<T, 2>;
-        auto apart = IsBeyond(Pair(m_above), Pair(m_below), Pair(m_radii));
-        for (int i = 2; i < kAxisCount; i += 2) {
-            apart = apart | IsBeyond(Pair(m_above + i), Pair(m_below + i), Pair(m_radii + i));
-        }
-        return apart.Any();
-    }
-
-private:
-    template <class Pair>
-    static auto IsBeyond(const Pair& above, const Pair& below, const Pair& radii)
-    {
-        return (above > radii) | (below > radii);
-    }
-
-    int m_count = 0;
-    T m_above[kAxisCount];
-    T m_below[kAxisCount];
-    T m_radii[kAxisCount];
+struct Projection {
+    T first;
+    T second;
+    T radius;
 };
+
+/// Whether an interval lies wholly beyond a radius, on two axes.
+template <class T>
+auto IsBeyond(const Pair<T>& min, const Pair<T>& max, const Pair<T>& radius)
+{
+    return (min > radius) | (-max > radius);
+}
+
+template <class T>
+auto AreBeyond(const Projection<T>& a, const Projection<T>& b)
+{
+    const Pair<T> first(a.first, b.first);
+    const Pair<T> second(a.second, b.second);
+    return IsBeyond<T>(Pair<T>::Min(first, second), Pair<T>::Max(second, first), Pair<T>(a.radius, b.radius));
+}
 
 /// The triangle about the centre of the box.
 template <class T>
@@ -99,51 +75,45 @@ public:
         }
     }
 
-    /// On the cross product of a box axis and an edge two vertices have one projection: the third and one of the two,
-    /// whichever the published tables name, suffice.
-    void ProjectOnEdgeAxes(Projections<T>& projections) const
+    /// Whether the triangle lies wholly beyond the box on an axis of the box, or on the cross product of one with an edge.
+    /// On such a product two vertices have one projection: one of them and the third vertex suffice.
+    bool IsApart() const
     {
-        ProjectOnEdgeAxis<0>(0, 0, 2, projections);
-        ProjectOnEdgeAxis<1>(0, 0, 2, projections);
-        ProjectOnEdgeAxis<2>(0, 1, 2, projections);
-        ProjectOnEdgeAxis<0>(1, 0, 2, projections);
-        ProjectOnEdgeAxis<1>(1, 0, 2, projections);
-        ProjectOnEdgeAxis<2>(1, 0, 1, projections);
-        ProjectOnEdgeAxis<0>(2, 0, 1, projections);
-        ProjectOnEdgeAxis<1>(2, 0, 1, projections);
-        ProjectOnEdgeAxis<2>(2, 1, 2, projections);
+        const auto isApart = AreBeyondOnBoxAxes(0, 1) | AreBeyondOnBoxAxes(2, 2) |
+                             AreBeyond(OnEdgeAxis<0>(0, 0, 2), OnEdgeAxis<1>(0, 0, 2)) |
+                             AreBeyond(OnEdgeAxis<0>(1, 0, 2), OnEdgeAxis<1>(1, 0, 2)) |
+                             AreBeyond(OnEdgeAxis<0>(2, 0, 1), OnEdgeAxis<1>(2, 0, 1)) |
+                             AreBeyond(OnEdgeAxis<2>(0, 1, 2), OnEdgeAxis<2>(1, 0, 1)) |
+                             AreBeyond(OnEdgeAxis<2>(2, 1, 2), OnEdgeAxis<2>(2, 1, 2));
+        return isApart.Any();
     }
 
-    void ProjectOnBoxAxes(Projections<T>& projections) const
-    {
-        for (int i = 0; i < 3; ++i) {
-            const T first = m_vertices[0][i];
-            projections.Add(Smaller(m_vertices[2][i], Smaller(m_vertices[1][i], first)),
-                            Larger(m_vertices[2][i], Larger(m_vertices[1][i], first)),
-                            m_half[i] + OverlapTolerance<T>::kBoxAxes);
-        }
-    }
-
-    /// Whether the box reaches the plane of the triangle: with its corner farthest against the normal on or below it, and
-    /// the opposite corner on or above.
+    /// Whether the box reaches the plane of the triangle. Along the normal its corners lie up to the sum of the half-sizes,
+    /// each times the size of the normal's component, above and below the centre.
     bool PlaneMeetsBox() const
     {
         constexpr T kTolerance = OverlapTolerance<T>::kPlane;
         const CadVector3d<T> normal = m_edges[0].cross(m_edges[1]);
         const T offset = -normal.dot(m_vertices[0]);
-        CadVector3d<T> lowest;
-        CadVector3d<T> highest;
+        T reach = T(0);
         for (int i = 0; i < 3; ++i) {
-            const T along = normal[i] > T(0) ? m_half[i] : -m_half[i];
-            lowest[i] = -along;
-            highest[i] = along;
+            reach += Absolute(normal[i]) * m_half[i];
         }
-        return !(normal.dot(lowest) + offset > kTolerance) && (normal.dot(highest) + offset >= -kTolerance);
+        return !(offset - reach > kTolerance) && offset + reach >= -kTolerance;
     }
 
 private:
+    auto AreBeyondOnBoxAxes(int axis, int otherAxis) const
+    {
+        const auto vertex = [&](int k) { return Pair<T>(m_vertices[k][axis], m_vertices[k][otherAxis]); };
+        const auto min = Pair<T>::Min(vertex(2), Pair<T>::Min(vertex(1), vertex(0)));
+        const auto max = Pair<T>::Max(vertex(2), Pair<T>::Max(vertex(1), vertex(0)));
+        return IsBeyond<T>(min, max, Pair<T>(m_half[axis], m_half[otherAxis]) + OverlapTolerance<T>::kBoxAxes);
+    }
+
+    /// On the cross product of a box axis and an edge, by two vertices.
     template <int axis>
-    void ProjectOnEdgeAxis(int edge, int firstVertex, int secondVertex, Projections<T>& projections) const
+    Projection<T> OnEdgeAxis(int edge, int firstVertex, int secondVertex) const
     {
         constexpr int kNext = (axis + 1) % 3;
         constexpr int kLast = (axis + 2) % 3;
@@ -152,7 +122,7 @@ private:
         const T first = project(m_vertices[firstVertex]);
         const T second = project(m_vertices[secondVertex]);
         const T radius = Absolute(e[kLast]) * m_half[kNext] + Absolute(e[kNext]) * m_half[kLast];
-        projections.Add(Smaller(first, second), Larger(second, first), radius + OverlapTolerance<T>::kEdgeAxes);
+        return {first, second, radius + OverlapTolerance<T>::kEdgeAxes};
     }
 
     CadVector3d<T> m_half;
@@ -166,10 +136,7 @@ template <class T>
 bool TriangleBoxOverlap(const CBoundingBox3d<T>& box, const CadPoint3d<T>* const triangle)
 {
     const CentredTriangle<T> centred(box, triangle);
-    Projections<T> projections;
-    centred.ProjectOnEdgeAxes(projections);
-    centred.ProjectOnBoxAxes(projections);
-    return !projections.AreApart() && centred.PlaneMeetsBox();
+    return !centred.IsApart() && centred.PlaneMeetsBox();
 }
 
 template CADGEOM_API bool TriangleBoxOverlap(const CBoundingBox3d<float>&, const CadPoint3d<float>* const);

@@ -27,6 +27,7 @@ template <>
 class Lanes<double, 2> {
 public:
     explicit Lanes(const double* coordinates) : m_xy(_mm_loadu_pd(coordinates)) {}
+    Lanes(double x, double y) : m_xy(_mm_setr_pd(x, y)) {}
 
     Lanes operator+(double value) const { return Lanes(_mm_add_pd(m_xy, _mm_set1_pd(value))); }
     Lanes operator-(double value) const { return Lanes(_mm_sub_pd(m_xy, _mm_set1_pd(value))); }
@@ -36,6 +37,10 @@ public:
     Lanes operator|(const Lanes& other) const { return Lanes(_mm_or_pd(m_xy, other.m_xy)); }
     bool All() const { return _mm_movemask_pd(m_xy) == 3; }
     bool Any() const { return _mm_movemask_pd(m_xy) != 0; }
+    /// The smaller or larger of two; `b` where they are equal or one is NaN.
+    static Lanes Min(const Lanes& a, const Lanes& b) { return Lanes(_mm_min_pd(a.m_xy, b.m_xy)); }
+    static Lanes Max(const Lanes& a, const Lanes& b) { return Lanes(_mm_max_pd(a.m_xy, b.m_xy)); }
+    Lanes operator-() const { return Lanes(_mm_xor_pd(m_xy, _mm_set1_pd(-0.0))); }
 
 private:
     explicit Lanes(__m128d xy) : m_xy(xy) {}
@@ -92,6 +97,7 @@ public:
         const __m128 xy = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(coordinates));
         m_lanes = _mm_movelh_ps(xy, N == 2 ? xy : _mm_load1_ps(coordinates + N - 1));
     }
+    Lanes(float x, float y) : m_lanes(_mm_setr_ps(x, y, x, y)) {}
 
     Lanes operator+(float value) const { return Lanes(_mm_add_ps(m_lanes, _mm_set1_ps(value))); }
     Lanes operator-(float value) const { return Lanes(_mm_sub_ps(m_lanes, _mm_set1_ps(value))); }
@@ -101,6 +107,9 @@ public:
     Lanes operator|(const Lanes& other) const { return Lanes(_mm_or_ps(m_lanes, other.m_lanes)); }
     bool All() const { return _mm_movemask_ps(m_lanes) == 15; }
     bool Any() const { return _mm_movemask_ps(m_lanes) != 0; }
+    static Lanes Min(const Lanes& a, const Lanes& b) { return Lanes(_mm_min_ps(a.m_lanes, b.m_lanes)); }
+    static Lanes Max(const Lanes& a, const Lanes& b) { return Lanes(_mm_max_ps(a.m_lanes, b.m_lanes)); }
+    Lanes operator-() const { return Lanes(_mm_xor_ps(m_lanes, _mm_set1_ps(-0.0F))); }
 
 private:
     explicit Lanes(__m128 lanes) : m_lanes(lanes) {}
@@ -134,6 +143,7 @@ public:
             m_lanes[i] = coordinates[i];
         }
     }
+    Lanes(T x, T y) : m_lanes{x, y} {}
 
     Lanes operator+(T value) const
     {
@@ -150,6 +160,30 @@ public:
             difference.m_lanes[i] -= value;
         }
         return difference;
+    }
+    static Lanes Min(const Lanes& a, const Lanes& b)
+    {
+        Lanes smaller(b);
+        for (int i = 0; i < N; ++i) {
+            smaller.m_lanes[i] = a.m_lanes[i] < b.m_lanes[i] ? a.m_lanes[i] : b.m_lanes[i];
+        }
+        return smaller;
+    }
+    static Lanes Max(const Lanes& a, const Lanes& b)
+    {
+        Lanes larger(b);
+        for (int i = 0; i < N; ++i) {
+            larger.m_lanes[i] = a.m_lanes[i] > b.m_lanes[i] ? a.m_lanes[i] : b.m_lanes[i];
+        }
+        return larger;
+    }
+    Lanes operator-() const
+    {
+        Lanes opposite(*this);
+        for (int i = 0; i < N; ++i) {
+            opposite.m_lanes[i] = -m_lanes[i];
+        }
+        return opposite;
     }
     LaneMask<N> operator>(const Lanes& other) const
     {
