@@ -4,6 +4,8 @@
 #include <cadgeom/core/tolerance.h>
 #include <cadgeom/transform/transform.h>
 
+#include <iterator>
+
 // Building, growing and moving an oriented box. Its intersection tests have a source of their own.
 
 namespace {
@@ -15,20 +17,32 @@ Wide Widened(const Narrow& components)
                 static_cast<double>(components[2]));
 }
 
-/// Replaces a box by its image: the position and direction mappings take the corner, the axes and the ends of the edges.
-template <class T, class Position, class Direction>
-void MapBox(COrientedBox3d<T>& box, Position mapPosition, Direction mapDirection)
+/// What a mapping moves: the corner and the ends of the three edges at it, and the axes.
+template <class T>
+struct MappedParts {
+    CadPoint3d<T> points[4];
+    CadVector3d<T> axes[3];
+};
+
+/// Replaces a box by its image under a mapping of its parts.
+template <class T, class Mapping>
+void MapBox(COrientedBox3d<T>& box, Mapping map)
 {
     CadVector3d<T> sizedVectors[3];
     box.GetSizedVectors(sizedVectors);
-    const CadPoint3d<T> origin = box.GetOrigin();
-    const CadPoint3d<T> mappedOrigin = mapPosition(origin);
+    MappedParts<T> parts;
+    parts.points[0] = box.GetOrigin();
+    for (int j = 0; j < 3; ++j) {
+        parts.points[1 + j] = box.GetOrigin() + sizedVectors[j];
+        parts.axes[j] = box.GetAxis(j);
+    }
+    map(parts);
     CadVector3d<T> sizes;
     for (int j = 0; j < 3; ++j) {
-        box.SetAxis(j, mapDirection(box.GetAxis(j)));
-        sizes[j] = (mapPosition(CadPoint3d<T>(origin + sizedVectors[j])) - mappedOrigin).length();
+        sizes[j] = (parts.points[1 + j] - parts.points[0]).length();
+        box.SetAxis(j, parts.axes[j]);
     }
-    box.SetOrigin(mappedOrigin);
+    box.SetOrigin(parts.points[0]);
     box.SetSizes(sizes);
 }
 
@@ -62,8 +76,7 @@ void COrientedBox3d<T>::SetBoundingBox(const CBoundingBox3d<T>& box, const CCadT
     m_sizes = box.GetMax() - box.GetMin();
     if (transform.IsEmptyTransform()) {
         // The identity returns what it is given, but sizes are measured between rounded ends all the same.
-        MapBox(
-            *this, [](const CadPoint3d<T>& point) { return point; }, [](const CadVector3d<T>& axis) { return axis; });
+        MapBox(*this, [](MappedParts<T>&) {});
     } else {
         TransformFrom(transform);
     }
@@ -235,21 +248,26 @@ void COrientedBox3d<T>::CheckOrientedBox(const COrientedBox3d& box)
 template <class T>
 void COrientedBox3d<T>::TransformTo(const CCadTransform& transform)
 {
-    const auto map = [&transform](auto value) {
-        transform.aaforw(value, value);
-        return value;
-    };
-    MapBox(*this, map, map);
+    MapBox(*this, [&transform](MappedParts<T>& parts) {
+        if (transform.IsEmptyTransform()) {
+            // Array forms skip the identity; single positions still take a translation that was too small to count.
+            for (CadPoint3d<T>& point : parts.points) {
+                transform.aaforw(point, point);
+            }
+        } else {
+            transform.aaforw(parts.points, std::size(parts.points));
+            transform.aaforw(parts.axes, std::size(parts.axes));
+        }
+    });
 }
 
 template <class T>
 void COrientedBox3d<T>::TransformFrom(const CCadTransform& transform)
 {
-    const auto map = [&transform](auto value) {
-        transform.aaback(value, value);
-        return value;
-    };
-    MapBox(*this, map, map);
+    MapBox(*this, [&transform](MappedParts<T>& parts) {
+        transform.aaback(parts.points, std::size(parts.points));
+        transform.aaback(parts.axes, std::size(parts.axes));
+    });
 }
 
 template <class T>

@@ -1,6 +1,6 @@
 #include <cadgeom/bounds/bounding_box_3d.h>
 #include <cadgeom/bounds/oriented_box_3d.h>
-#include <cadgeom/core/components.h>
+#include <cadgeom/core/tolerance.h>
 #include <cadgeom/transform/transform.h>
 
 // Oriented boxes against points and each other, at rest and along a straight sweep: separating planes, after quick tests
@@ -13,18 +13,41 @@ constexpr int kCornerCount = 8;
 constexpr int kPlaneCount = 6;
 constexpr int kLineCount = 12;
 
+/// Measures points along a line, as CadPoint::projectOntoLineParam does, with the length of the direction formed once.
+template <class T>
+class Ruler {
+public:
+    Ruler() = default;
+    Ruler(const CadPoint3d<T>& origin, const CadVector3d<T>& direction)
+        : m_origin(origin), m_direction(direction), m_squaredLength(direction.lengthSquared())
+    {}
+
+    T SquaredLength() const { return m_squaredLength; }
+
+    T Measure(const CadPoint3d<T>& point) const
+    {
+        const bool hasDirection = !(m_squaredLength <= cadgeom::detail::Tolerance<T>::squaredEpsilon());
+        return hasDirection ? (point - m_origin).dot(m_direction) / m_squaredLength : T(0);
+    }
+
+private:
+    CadPoint3d<T> m_origin;
+    CadVector3d<T> m_direction;
+    T m_squaredLength;
+};
+
 /// A plane with a tolerance; its normal may have any length.
 template <class T>
 class SeparatingPlane {
 public:
     SeparatingPlane(const CadPoint3d<T>& point, const CadVector3d<T>& normal, T tolerance)
-        : m_point(point), m_normal(normal), m_squaredNormal(normal.lengthSquared()), m_tolerance(tolerance)
+        : m_height(point, normal), m_tolerance(tolerance)
     {}
 
     bool IsBeyond(const CadPoint3d<T>& point) const
     {
-        const T t = point.projectOntoLineParam(m_point, m_normal);
-        return t >= T(0) && (m_tolerance == T(0) || t * t * m_squaredNormal >= m_tolerance * m_tolerance);
+        const T t = m_height.Measure(point);
+        return t >= T(0) && (m_tolerance == T(0) || t * t * m_height.SquaredLength() >= m_tolerance * m_tolerance);
     }
 
     bool AreBeyond(const CadPoint3d<T> (&points)[kCornerCount]) const
@@ -38,9 +61,7 @@ public:
     }
 
 private:
-    CadPoint3d<T> m_point;
-    CadVector3d<T> m_normal;
-    T m_squaredNormal;
+    Ruler<T> m_height;
     T m_tolerance;
 };
 
@@ -51,14 +72,29 @@ struct BoxParts {
     {
         box.GetCornerPoints(corners);
         box.GetPlanes(planePoints, planeNormals);
+        for (int j = 0; j < 3; ++j) {
+            axes[j] = Ruler<T>(box.GetOrigin(), box.GetAxis(j));
+        }
     }
 
-    /// Whether the box holds a point, boundary included; unlike ContainsPoint() it does not hold a NaN.
+    /// Whether the box holds a point, boundary included; it does not hold a NaN.
     bool Holds(const CadPoint3d<T>& point) const
     {
         for (int j = 0; j < 3; ++j) {
-            const T t = point.projectOntoLineParam(box.GetOrigin(), box.GetAxis(j));
+            const T t = axes[j].Measure(point);
             if (!(t >= T(0) && t <= box.GetSizes()[j])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// ContainsPoint() without tolerance: unlike Holds(), it does not exclude a NaN.
+    bool Contains(const CadPoint3d<T>& point) const
+    {
+        for (int j = 0; j < 3; ++j) {
+            const T t = axes[j].Measure(point);
+            if (t < T(0) || t > box.GetSizes()[j]) {
                 return false;
             }
         }
@@ -71,6 +107,7 @@ struct BoxParts {
     }
 
     const COrientedBox3d<T>& box;
+    Ruler<T> axes[3];
     CadPoint3d<T> corners[kCornerCount];
     CadPoint3d<T> planePoints[kPlaneCount];
     CadVector3d<T> planeNormals[kPlaneCount];
@@ -91,7 +128,7 @@ template <class T>
 bool HasCornerIn(const BoxParts<T>& box, const BoxParts<T>& other)
 {
     for (const CadPoint3d<T>& corner : other.corners) {
-        if (box.box.ContainsPoint(corner, T(0))) {
+        if (box.Contains(corner)) {
             return true;
         }
     }
@@ -119,7 +156,7 @@ public:
     bool HasCornerIn(const BoxParts<T>& other) const
     {
         for (const CadPoint3d<T>& corner : other.corners) {
-            if (m_start.box.ContainsPoint(corner, T(0)) || m_start.Holds(corner - m_motion)) {
+            if (m_start.Contains(corner) || m_start.Holds(corner - m_motion)) {
                 return true;
             }
         }

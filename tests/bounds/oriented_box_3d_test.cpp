@@ -752,6 +752,21 @@ TYPED_TEST(OrientedBox3, TransformsEndsAsPositionsAndAxesAsDirections)
     }
 }
 
+TYPED_TEST(OrientedBox3, TakesATranslationTooSmallToCountInOneDirectionOnly)
+{
+    CADGEOM_USE_SPACE_TYPES;
+    // Set while the flags are determined, it is flagged as none but not made none.
+    CCadTransform almost = Identity();
+    almost.SetTranslate(CadPoint3d<double>(5e-7, 0.0, 0.0));
+    ASSERT_TRUE(almost.IsEmptyTransform());
+    Oriented to = Make(P(0, 0, 0), V(1, 1, 1));
+    to.TransformTo(almost);
+    EXPECT_EQ(static_cast<T>(-5e-7), to.GetOrigin()[0]);
+    Oriented from = Make(P(0, 0, 0), V(1, 1, 1));
+    from.TransformFrom(almost);
+    EXPECT_EQ(T(0), from.GetOrigin()[0]);
+}
+
 TYPED_TEST(OrientedBox3, ComesBackFromATransformAndItsInverse)
 {
     CADGEOM_USE_SPACE_TYPES;
