@@ -4,6 +4,7 @@
 #include <cadgeom/fit/plane_fit.h>
 #include <cadgeom/intersect/line_projection.h>
 
+#include "core/widen.h"
 #include "fit/moments.h"
 #include "fit/plane_frame.h"
 #include "fit/symmetric_eigen_solver.h"
@@ -288,7 +289,7 @@ bool QuadraticCircleFit2(const CadPoint2d<T>* points, std::uint64_t count, CadPo
     Circle circle;
     double residual = 0.0;
     if (count == 3) {
-        if (!JoinPoints({Widen(points[0]), Widen(points[1]), Widen(points[2])}, circle)) {
+        if (!JoinPoints({Widened(points[0]), Widened(points[1]), Widened(points[2])}, circle)) {
             return false;
         }
     } else {
@@ -341,7 +342,7 @@ bool QuadraticCircleFit3(const CadPoint3d<T>* points, std::uint64_t count, CadPo
         return false;
     }
     if (count == 3) {
-        if (!JoinPoints({Widen(points[0]), Widen(points[1]), Widen(points[2])}, center, normal, radius)) {
+        if (!JoinPoints({Widened(points[0]), Widened(points[1]), Widened(points[2])}, center, normal, radius)) {
             return false;
         }
         if (error != nullptr) {

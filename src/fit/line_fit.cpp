@@ -3,6 +3,7 @@
 #include <cadgeom/core/point_sequence.h>
 #include <cadgeom/core/tolerance.h>
 
+#include "core/widen.h"
 #include "fit/moments.h"
 #include "fit/symmetric_eigen_solver.h"
 
@@ -21,8 +22,8 @@ namespace {
 template <class Point, class WidePoint, class Vector>
 bool JoinPoints(const Point* points, WidePoint& origin, Vector& direction, double& error)
 {
-    const WidePoint first = Widen(points[0]);
-    Vector unit = Widen(points[1]) - first;
+    const WidePoint first = Widened(points[0]);
+    Vector unit = Widened(points[1]) - first;
     const double length = unit.normalize();
     origin = first;
     direction = unit;
@@ -96,7 +97,7 @@ bool LineSegmentFit3(const CadPoint3d<T>* points, std::uint64_t count, CadPoint3
     if (!LineFit3(points, count, origin, direction, lineError)) {
         return false;
     }
-    if ((Widen(points[count - 1]) - Widen(points[0])).dot(direction) < 0.0) {
+    if ((Widened(points[count - 1]) - Widened(points[0])).dot(direction) < 0.0) {
         direction.negate();
     }
     const double squared = direction.lengthSquared();
@@ -104,7 +105,7 @@ bool LineSegmentFit3(const CadPoint3d<T>* points, std::uint64_t count, CadPoint3
     double lowest = kLargestSingle;
     double highest = -kLargestSingle;
     VisitIndices(points, count, [&](std::uint64_t i) {
-        const double t = hasDirection ? direction.dot(Widen(points[i]) - origin) / squared : 0.0;
+        const double t = hasDirection ? direction.dot(Widened(points[i]) - origin) / squared : 0.0;
         lowest = t < lowest ? t : lowest;
         highest = t > highest ? t : highest;
     });

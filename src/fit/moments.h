@@ -27,18 +27,6 @@ struct Moments3 {
 };
 
 template <class T>
-inline CadPoint3d<double> Widen(const CadPoint3d<T>& point)
-{
-    return {static_cast<double>(point.x()), static_cast<double>(point.y()), static_cast<double>(point.z())};
-}
-
-template <class T>
-inline CadPoint2d<double> Widen(const CadPoint2d<T>& point)
-{
-    return {static_cast<double>(point.x()), static_cast<double>(point.y())};
-}
-
-template <class T>
 inline Moments2 ComputeMoments(const CadPoint2d<T>* points, std::uint64_t count, const CadPoint<double, 2>& center)
 {
     const Pair c = ToPair(center);

@@ -3,6 +3,7 @@
 #include <cadgeom/core/point_sequence.h>
 #include <cadgeom/core/tolerance.h>
 
+#include "core/widen.h"
 #include "fit/moments.h"
 #include "fit/symmetric_eigen_solver.h"
 
@@ -14,22 +15,14 @@
 namespace cadgeom::detail {
 namespace {
 
-CadVector3d<double> Widen(const CadVector<float, 3>& vector)
-{
-    return {static_cast<double>(vector[0]), static_cast<double>(vector[1]), static_cast<double>(vector[2])};
-}
-
-const CadVector<double, 3>& Widen(const CadVector<double, 3>& vector)
-{
-    return vector;
-}
-
 /// Writes the plane of a triangle; false, with `error` untouched, when it has no area.
 template <class T>
 bool PlaneOfTriangle(const CadPoint3d<T>* points, CadPoint3d<double>& origin, CadVector3d<double>& normal,
                      double& error)
 {
-    CadVector3d<double> unit = Widen(points[1] - points[0]).cross(Widen(points[2] - points[0]));
+    const CadVector3d<T> edge1 = points[1] - points[0];
+    const CadVector3d<T> edge2 = points[2] - points[0];
+    CadVector3d<double> unit = Widened(edge1).cross(Widened(edge2));
     const double length = unit.normalize();
     origin = ComputeMeanPoint<T, 3>(points, 3);
     normal = unit;

@@ -1,5 +1,5 @@
 #include "fit/principal_axes.h"
-
+#include "core/widen.h"
 #include "fit/moments.h"
 #include "fit/point_source.h"
 #include "fit/symmetric_eigen_solver.h"
@@ -14,14 +14,14 @@ bool PrincipalAxesFit2(const CadPoint2d<T>* points, std::uint64_t count, CadPoin
         return false;
     }
     if (count == 1) {
-        center = Widen(points[0]);
+        center = Widened(points[0]);
         axis.set(1.0, 0.0);
         spreads.setZero();
         return true;
     }
     if (count == 2) {
-        const CadPoint2d<double> first = Widen(points[0]);
-        const CadPoint2d<double> second = Widen(points[1]);
+        const CadPoint2d<double> first = Widened(points[0]);
+        const CadPoint2d<double> second = Widened(points[1]);
         center = first.add(second) / 2.0;
         axis = second - first;
         spreads.set(axis.normalize(), 0.0);

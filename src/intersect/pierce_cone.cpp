@@ -1,7 +1,7 @@
 #include <cadgeom/intersect/line_projection.h>
 #include <cadgeom/intersect/pierce.h>
 
-#include "intersect/widen.h"
+#include "core/widen.h"
 
 #include <cmath>
 

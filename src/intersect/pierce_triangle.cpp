@@ -1,6 +1,6 @@
 #include <cadgeom/intersect/pierce.h>
 
-#include "intersect/widen.h"
+#include "core/widen.h"
 
 #include <type_traits>
 
