@@ -238,6 +238,10 @@ bool CMatrix::SolveLinearSystem(const CVector& b, CVector& solution) const
     if (m_rows != m_columns) {
         return false;
     }
+    // Asked of the vector itself, so that an empty one is zero, too, and not read.
+    if (b.IsZero(cadgeom::detail::kSingleEpsilon)) {
+        return SolveLinearSystem(solution);
+    }
     cadgeom::detail::Scratch x(static_cast<std::size_t>(m_rows));
     if (!cadgeom::detail::SystemSolver(m_rows).Solve(m_data, b.m_data, m_rows, x.Data())) {
         return false;

@@ -97,6 +97,14 @@ TEST(LinearSystem, AsksForANonTrivialSolutionWhenTheRightHandSideIsZero)
     EXPECT_NE(Solve(regular, {0, std::nextafter(kThreshold, 1.0)}).x, zero.x);
 }
 
+TEST(LinearSystem, TakesARightHandSideWithoutElementsForZero)
+{
+    const Rows regular{{1, 2}, {3, 4}};
+    const Solution empty = Solve(regular, {});
+    EXPECT_TRUE(empty.isFound);
+    EXPECT_EQ(empty.x, SolveHomogeneous(regular).x);
+}
+
 TEST(LinearSystem, FindsTheKernelOfASingularMatrix)
 {
     const Solution kernel = SolveHomogeneous({{1, 1}, {1, 1}});

@@ -108,7 +108,7 @@ public:
 
     /// Solves A x = b.
     ///
-    /// - A right-hand side with no element above 2^-23 asks for a non-trivial solution: see
+    /// - A right-hand side with no element above 2^-23 (an empty one, too) asks for a non-trivial solution: see
     ///   SolveLinearSystem(CVector&).
     /// - When |determinant| > 2^-23: Gaussian elimination with partial pivoting; false when a pivot is at most 2^-23.
     /// - When it is not above 2^-23 and a column holds nothing above 2^-23: that unknown is 0 and the others solve
@@ -117,7 +117,7 @@ public:
     ///
     /// The search through systems with zero columns may take factorial time; subsystems that failed once are not
     /// tried again, and after some 10^8 elementary steps (more for large matrices) the answer is false.
-    /// @param b         as many elements as this has rows
+    /// @param b         as many elements as this has rows, or none
     /// @param solution  out: as many elements as this has columns, may be the same vector as b; valid but unspecified
     ///                  when the result is false
     /// @return false when the matrix is not square or no solution was found
