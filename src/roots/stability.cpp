@@ -75,9 +75,6 @@ bool PolynomialRoots::AllRealPartsPositive(const Polynomial1& polynomial) const
     std::vector<double> a = MonicCoefficients(polynomial);
     for (std::size_t i = a.size(); i > 1; i -= 2) {
         a[i - 2] *= -1.0;
-        if (i == 2) {
-            break;
-        }
     }
     return HasOnlyLeftRoots(std::move(a));
 }

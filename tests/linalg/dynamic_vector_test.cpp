@@ -29,7 +29,7 @@ TEST(DynamicVector, IsEmptyByDefault)
     EXPECT_EQ(CVector(0).GetNumElements(), 0);
 }
 
-TEST(DynamicVector, IsMadeOfPointsAndDirectionsOfEitherPrecision)
+TEST(DynamicVector, IsMadeOfVectorsInSpaceOfEitherPrecision)
 {
     EXPECT_EQ(ToValues(CVector(CadVector3d<double>(0.1, -2.0, 3.0))), (Values{0.1, -2.0, 3.0}));
     EXPECT_EQ(ToValues(CVector(CadVector3d<float>(0.1F, -2.0F, 3.0F))), (Values{static_cast<double>(0.1F), -2.0, 3.0}));

@@ -28,9 +28,9 @@ public:
     CVector() noexcept = default;
     /// A vector of `size` uninitialised elements.
     explicit CVector(int size);
-    /// The three components of a point or direction.
+    /// The three components of a vector in space.
     CVector(const CadVector3d<double>& vector);
-    /// The three components of a point or direction, widened.
+    /// The three components of a vector in space, widened.
     CVector(const CadVector3d<float>& vector);
     CVector(const CVector& other);
     /// Takes the buffer of `other`, which becomes empty.
