@@ -28,15 +28,19 @@ struct Degrees {
 
 /// Exact sum of the steps that adding `turn` over and over would make from `value` without leaving its binade or coming
 /// near `limit`. Inside one binade every such addition rounds to the same multiple of the last place, so the steps can be
-/// taken at once, with the bits that taking them one by one would give. A first addition must have been made, which
-/// settles the parity that decides halfway cases.
+/// taken at once, with the bits that taking them one by one would give. Only halfway cases depend on the parity of the
+/// value, which the first addition inside the binade settles: so two steps must agree.
 double WholeStepsAhead(double value, double turn, double limit)
 {
     constexpr double kWorthJumping = 1048576.0;
     if (std::fabs(value) < kWorthJumping) {
         return 0.0;
     }
-    const double step = (value + turn) - value;
+    const double next = value + turn;
+    const double step = next - value;
+    if ((next + turn) - next != step) {
+        return 0.0;
+    }
     const double floorOfBinade = std::ldexp(1.0, std::ilogb(value));
     const double toBinadeEnd = value < 0.0 ? -floorOfBinade - value : 2.0 * floorOfBinade - value;
     constexpr double kSafetySteps = 2.0;
@@ -71,14 +75,15 @@ double RaiseAbove(double angle, double turn, double limit)
     return RaiseByTurns(angle, turn, limit, [limit](double value) { return value > limit; });
 }
 
-// Lowering is raising seen in the mirror: rounding is symmetric about zero.
+// Lowering is raising seen in the mirror: rounding is symmetric about zero. Subtracted from 0, because a negated 0 would
+// be -0, which no subtraction of turns gives.
 double LowerTo(double angle, double turn, double limit)
 {
-    return -RaiseTo(-angle, turn, -limit);
+    return 0.0 - RaiseTo(-angle, turn, -limit);
 }
 double LowerBelow(double angle, double turn, double limit)
 {
-    return -RaiseAbove(-angle, turn, -limit);
+    return 0.0 - RaiseAbove(-angle, turn, -limit);
 }
 
 template <class Unit>

@@ -80,6 +80,17 @@ TEST(NormalizeAngle, AddsTurnsOneByOneWhateverTheSizeOfTheAngle)
     }
 }
 
+TEST(NormalizeAngle, GivesAPositiveZeroForWholeTurns)
+{
+    for (const double turns : {-2.0, -1.0, 1.0, 2.0, 65536.0}) {
+        EXPECT_SAME_BITS(0.0, NormalizedDeg(360 * turns, 0)) << turns;
+        EXPECT_SAME_BITS(0.0, GetDeltaAngleDeg(0, 360 * turns)) << turns;
+        EXPECT_SAME_BITS(0.0, NormalizedEndDeg(-360, 360 * turns, 0)) << turns;
+    }
+    EXPECT_SAME_BITS(0.0, NormalizedRad(kTwoPi, 0));
+    EXPECT_SAME_BITS(0.0, GetDeltaAngleRad(0, kTwoPi));
+}
+
 TEST(NormalizeAngle, EndsQuicklyForHugeAndNonFiniteAngles)
 {
     for (const double angle : {1e15, -1e15, 9e15, -9e15}) {
@@ -114,6 +125,22 @@ TEST(NormalizeEndAngle, KeepsAFullTurnWithinTheTolerance)
     double end = -1;
     NormalizeEndAngleRad(0, end, 0);
     EXPECT_EQ(end, kTwoPi - 1);
+}
+
+TEST(NormalizeEndAngle, RoundsHalfwayTurnsLikeAdditionsOneByOne)
+{
+    // From 2^56 on numbers lie 16 apart, and a turn of 360 degrees ends halfway between two of them.
+    const double halfway = std::ldexp(1.0, 56);
+    NumberStream<double> numbers(402);
+    for (int round = 0; round < 500; ++round) {
+        const double start = halfway + 16.0 * numbers.Integer(0, 4000);
+        const double end = halfway - 8.0 * numbers.Integer(0, 4000);
+        double expected = end;
+        while (expected <= start) {
+            expected += 360;
+        }
+        ASSERT_SAME_BITS(expected, NormalizedEndDeg(start, end, 0)) << start << " " << end;
+    }
 }
 
 TEST(NormalizeStartAndEndAngles, SnapsANearlyFullSweepToAFullTurn)
