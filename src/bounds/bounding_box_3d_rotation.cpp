@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "transform/tolerance.h"
+
 // A box that turns about an axis against a box at rest: a test of samples. Their number grows with the angle and the
 // inverse of the tolerance without limit, so boxes that cannot meet at any angle are told apart first.
 
@@ -77,7 +79,8 @@ public:
         if (!(largest >= Rounding::kSmallest && largest <= Rounding::kLargest)) {
             return false;
         }
-        const double gap = tolerance + largest * Rounding::kRelative;
+        // A rotation loses a translation too small to count, and then runs about the origin instead of the axis.
+        const double gap = tolerance + cadgeom::detail::kTransformTolerance + largest * Rounding::kRelative;
         for (int axis = 0; axis < 3; ++axis) {
             if (min[axis] - m_max[axis] > gap || m_min[axis] - max[axis] > gap) {
                 return true;

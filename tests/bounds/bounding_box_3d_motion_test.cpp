@@ -407,6 +407,31 @@ TYPED_TEST(BoundingBox3InMotion, TurnsAsTheSamplesSay)
     EXPECT_LT(meetCount, kTrials * 19 / 20);
 }
 
+TYPED_TEST(BoundingBox3InMotion, TurnsTinyBoxesAboutTheOriginLikeTheirRotations)
+{
+    CADGEOM_USE_SPACE_TYPES;
+    // A rotation about an axis this near to the origin has a translation of at most 1e-6, which does not count.
+    NumberStream<T> numbers(5);
+    int meetCount = 0;
+    for (const double size : {1e-6, 1e-8}) {
+        for (int trial = 0; trial < 2000; ++trial) {
+            const Box a = OrderedBox<Box, Point>(numbers, size);
+            Box b;
+            const Point centre = UniformComponents<Point>(numbers, 1.5 * size);
+            b.CheckPoint(centre);
+            b.CheckPoint(centre + UniformComponents<Vector>(numbers, 0.3 * size));
+            const Point axisPoint = UniformComponents<Point>(numbers, size);
+            const T angle = numbers.Uniform(-6.0, 6.0);
+            const T chordTolerance = static_cast<T>(0.01 * size);
+            const bool meets = RotateStepByStep(a, b, axisPoint, V(0, 0, 1), angle, chordTolerance, T(0));
+            ASSERT_EQ(meets, a.RotatedBoundingBoxIntersects(b, axisPoint, V(0, 0, 1), angle, chordTolerance, T(0)))
+                << "size " << size << ", trial " << trial;
+            meetCount += meets ? 1 : 0;
+        }
+    }
+    EXPECT_GT(meetCount, 100);
+}
+
 TYPED_TEST(BoundingBox3InMotion, MeetsNothingWhenTheAngleHasNoCount)
 {
     CADGEOM_USE_SPACE_TYPES;
