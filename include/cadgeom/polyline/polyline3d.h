@@ -49,7 +49,8 @@ public:
     CCadPolyline3d(const CCadPolyline3d& other) : Base() { this->Copy(other); }
     /// Takes the vertices of `other` and leaves it empty.
     CCadPolyline3d(CCadPolyline3d&& other) noexcept = default;
-    ~CCadPolyline3d() override = default;
+    // With a body, because compilers do not agree on whether an instance exports a defaulted one.
+    ~CCadPolyline3d() override {}
     /// Copies the vertices. The polyline is resized by the growth rule, so that its capacity may exceed its count;
     /// copying itself changes nothing.
     void operator=(const CCadPolyline3d& other) { this->Copy(other); }
